@@ -1,0 +1,44 @@
+// The host's dialogs answered from the command line's options.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "cli/options.h"
+#include "host/profile.h"
+#include "host/ui.h"
+
+namespace roadx::cli {
+
+class CCliUi : public CHostUi {
+public:
+    CCliUi(const ImportOptions& imp, const ExportOptions& exp) : imp_(imp), exp_(exp) {}
+
+    bool DlgImportLandXML(bool flagA, bool flagB, const std::vector<CString>& surfaceNames,
+                          const std::vector<CString>& alignmentNames, bool hasPointData,
+                          const std::vector<CString>& crossSectSurfNames,
+                          const std::vector<vesk::String>& sectionCodes, TImportLandXMLResult& result) override;
+    bool DlgExportLandXML(CLibCmp& cmp, CLibGps& gps, CLibPnt& pnt, CLibDtm& dtm, CLibRoad& road,
+                          TExportLandXMLResult& result) override;
+    bool DlgOpzTrasfToDxf(CZedraEng* eng, TOpzTrasfToDxf& opz) override;
+    bool InpNomeFileExportDxfDwg(std::string& path, bool dwgAllowed, enumZEDRA_DXFDWG_VER& ver, bool flag) override;
+    bool SaveFileDialog(const TSaveFileDialogArgs& args, std::string& path) override;
+    void Message(const std::string& title, const std::string& text) override;
+    bool QuestionYesNo(const std::string& caption, const std::string& text) override;
+
+    // Messages shown during the current call, for the caller to report.
+    const std::vector<std::string>& Messages() const { return messages_; }
+    void ClearMessages() { messages_.clear(); }
+    // The import dialog may add section codes to this library.
+    void SetProfileLibrary(CLibProfile* lib) { lib_ = lib; }
+
+private:
+    const ImportOptions& imp_;
+    const ExportOptions& exp_;
+    std::vector<std::string> messages_;
+    CLibProfile* lib_ = nullptr;
+};
+
+// The save dialog's answer: -o made absolute.
+std::string AbsolutePath(const std::string& path);
+
+}  // namespace roadx::cli

@@ -1,0 +1,64 @@
+// roadx convert INPUT... -o OUTPUT: import the inputs into one document, then
+// export it in the format the output names.
+#include <CLI/CLI.hpp>
+#include <cstdio>
+
+#include "cli/app.h"
+#include "cli/commands.h"
+#include "cli/formats.h"
+#include "cli/session.h"
+
+namespace roadx::cli {
+
+namespace {
+
+struct ConvertArgs {
+    std::vector<std::string> files;
+    ImportOptions imp;
+    ExportOptions exp;
+};
+
+int RunConvert(ConvertArgs& a) {
+    const Format out = OutputFormat(a.exp.output, a.exp.to);
+    if (out == Format::Unknown)
+        throw CliError(kExitUsage, a.exp.output + ": cannot tell the output format from the name; use --to xml|rd3|dxf|dwg");
+    Session session(a.imp, a.exp);
+    session.ImportAll(a.files);
+    const TExchangeStatus st = ExportFile(session.Doc(), out, a.exp);
+    if (!st.ok()) throw CliError(kExitBadInput, a.exp.output + ": " + st.message);
+    return 0;
+}
+
+void AddExportList(CLI::App& cmd, const std::string& name, std::optional<std::vector<std::string>>& target,
+                   const std::string& help) {
+    cmd.add_option_function<std::string>(
+           name, [&target](const std::string& v) { target = SplitList(v); }, help)
+        ->type_name("A,B,...");
+}
+
+}  // namespace
+
+void AddConvertCommand(CLI::App& app, SetRun setRun) {
+    auto args = std::make_shared<ConvertArgs>();
+    CLI::App* cmd = app.add_subcommand("convert", "Import files into one document and export it");
+    cmd->add_option("inputs", args->files, "LandXML (.xml) or RD3 (.rd3) files")->required();
+    cmd->add_option("-o,--output", args->exp.output, "output file: .xml LandXML, .rd3 RD3, .dxf/.dwg drawing")
+        ->required();
+    cmd->add_option("--to", args->exp.to, "output format when the name does not tell it")
+        ->check(CLI::IsMember({"xml", "rd3", "dxf", "dwg"}));
+    AddImportOptions(*cmd, args->imp);
+    AddExportList(*cmd, "--export-roads", args->exp.roads, "LandXML: roads to export (default: all; '' none)");
+    AddExportList(*cmd, "--export-surfaces", args->exp.surfaces, "LandXML: surfaces to export (default: all)");
+    AddExportList(*cmd, "--export-point-groups", args->exp.pointGroups, "LandXML: point groups to export (default: all)");
+    AddExportList(*cmd, "--export-gps", args->exp.gps, "LandXML: GPS groups to export (default: all)");
+    AddExportList(*cmd, "--export-jobs", args->exp.jobs, "LandXML: total-station jobs to export (default: all)");
+    cmd->add_option("--road", args->exp.road, "RD3: the road to write (default: the first)");
+    cmd->add_option("--dxf-version", args->exp.dxfVersion, "drawing: R12 or R2000 (default R2000)")
+        ->check(CLI::IsMember({"R12", "R2000"}));
+    cmd->add_option("--contour-interval", args->exp.contourInterval, "drawing: contour interval in metres (default 1)")
+        ->check(CLI::PositiveNumber);
+    cmd->add_flag("--no-clouds", args->exp.noClouds, "drawing: leave point clouds out");
+    cmd->callback([args, setRun] { setRun([args] { return RunConvert(*args); }); });
+}
+
+}  // namespace roadx::cli

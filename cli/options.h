@@ -1,0 +1,38 @@
+// Options shared by the subcommands that import and export.
+#pragma once
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace CLI { class App; }
+
+namespace roadx::cli {
+
+struct ImportOptions {
+    std::optional<std::vector<std::string>> alignments;  // unset: all
+    std::optional<std::vector<std::string>> surfaces;    // unset: all
+    std::string terrain;                                 // "": none
+    bool noPoints = false;
+    std::vector<std::string> sectionCodes;  // SURFACE=CODE, in order given
+    bool yes = false;
+    bool no = false;
+    std::string trace;  // "" off, "-" standard output
+    bool quiet = false;
+};
+
+struct ExportOptions {
+    std::string output;
+    std::string to;  // xml, rd3, dxf, dwg; "" = by extension
+    std::optional<std::vector<std::string>> roads, surfaces, pointGroups, gps, jobs;
+    std::string road;  // RD3: the road to write ("" = first)
+    std::string dxfVersion = "R2000";
+    double contourInterval = 1.0;
+    bool noClouds = false;
+};
+
+void AddImportOptions(CLI::App& app, ImportOptions& o);
+// Parses "A,B,C" (an empty text gives an empty list).
+std::vector<std::string> SplitList(const std::string& s);
+
+}  // namespace roadx::cli

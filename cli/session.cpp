@@ -1,0 +1,64 @@
+#include "cli/session.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+
+#include "cli/app.h"
+#include "cli/formats.h"
+
+namespace roadx::cli {
+
+namespace {
+
+constexpr uintmax_t kProgressBytes = 4u << 20;
+
+}  // namespace
+
+Session::Session(const ImportOptions& imp, const ExportOptions& exp) : imp_(imp), ui_(imp, exp), uiScope_(&ui_) {
+    ui_.SetProfileLibrary(doc_.GetLibProfile());
+    if (imp.trace.empty()) return;
+    if (imp.trace == "-") {
+        traceFile_ = stdout;
+    } else {
+        traceFile_ = std::fopen(imp.trace.c_str(), "w");
+        if (!traceFile_)
+            throw CliError(kExitBadInput, imp.trace + ": cannot write the trace: " + std::strerror(errno));
+    }
+    traceSink_ = std::make_unique<CTraceFile>(traceFile_);
+    traceScope_ = std::make_unique<CTraceScope>(traceSink_.get());
+}
+
+Session::~Session() {
+    traceScope_.reset();
+    if (traceFile_ && traceFile_ != stdout) std::fclose(traceFile_);
+    else if (traceFile_) std::fflush(traceFile_);
+}
+
+void Session::ImportAll(const std::vector<std::string>& files) {
+    for (const auto& f : files) ImportOne(f);
+}
+
+void Session::ImportOne(const std::string& path) {
+    std::error_code ec;
+    const auto status = std::filesystem::status(path, ec);
+    if (ec || !std::filesystem::exists(status))
+        throw CliError(kExitBadInput, path + ": no such file");
+    if (std::filesystem::is_directory(status)) throw CliError(kExitBadInput, path + ": is a directory");
+    if (access(path.c_str(), R_OK) != 0)
+        throw CliError(kExitBadInput, path + ": cannot read: " + std::strerror(errno));
+    const uintmax_t size = std::filesystem::file_size(path, ec);
+    if (!ec && size == 0) throw CliError(kExitBadInput, path + ": the file is empty");
+    const Format f = DetectInputFormat(path);
+    if (f == Format::Unknown) throw CliError(kExitBadInput, path + ": not a LandXML or RD3 file");
+    const bool progress = !imp_.quiet && !ec && size >= kProgressBytes && isatty(STDERR_FILENO);
+    if (progress) std::fprintf(stderr, "roadx: reading %s (%.1f MB)...", path.c_str(), size / 1048576.0);
+    ui_.ClearMessages();
+    const TExchangeStatus st = ImportFile(doc_, path, f);
+    if (progress) std::fprintf(stderr, " done\n");
+    if (!st.ok()) throw CliError(kExitBadInput, path + ": " + st.message);
+}
+
+}  // namespace roadx::cli

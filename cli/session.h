@@ -1,0 +1,41 @@
+// One run of roadx on one document: the dialogs answered from the options,
+// the trace recording, and the inputs imported in order.
+#pragma once
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "cli/cli_ui.h"
+#include "cli/options.h"
+#include "host/document.h"
+#include "host/trace.h"
+
+namespace roadx::cli {
+
+class Session {
+public:
+    Session(const ImportOptions& imp, const ExportOptions& exp);
+    ~Session();
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    CVantriDoc& Doc() { return doc_; }
+    CCliUi& Ui() { return ui_; }
+    // Imports each file into the document; the first failure throws a
+    // CliError naming the file and the problem.
+    void ImportAll(const std::vector<std::string>& files);
+
+private:
+    void ImportOne(const std::string& path);
+
+    const ImportOptions& imp_;
+    CVantriDoc doc_;
+    CCliUi ui_;
+    FILE* traceFile_ = nullptr;
+    std::unique_ptr<CTraceFile> traceSink_;
+    std::unique_ptr<CTraceScope> traceScope_;
+    CHostUiScope uiScope_;
+};
+
+}  // namespace roadx::cli
