@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "cad/zedra_types.h"
 #include "host/target_drawing.h"
 #include "vesk/string.h"
 
@@ -22,7 +23,7 @@ class CGrpPnt;
 class CDtmPrj;
 class CRoad;
 class CZedraEng;
-enum enumZEDRA_DXFDWG_VER : int;
+
 
 // Choices of the LandXML import dialog, in this member order.
 struct TImportLandXMLResult {

@@ -1,0 +1,33 @@
+// Text of drawing files. R12 and R2000 files are not UTF-8: they are read
+// in the code page that the header names, ANSI_1252 here. Texts of entities
+// are written in ASCII with every other character as a \U+XXXX escape
+// (UTF-16 code units, so characters beyond U+FFFF take a surrogate pair),
+// which readers of these versions decode. Names (layers, blocks) are
+// compared by readers as they stand, escapes undecoded, so they are written
+// in the code page itself; only characters it lacks become escapes.
+#pragma once
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace zedra::dxf {
+
+enum class EEncoding {
+    Text,  // ASCII and escapes; '^' becomes "^ " (a bare caret starts a control code)
+    Name,  // code page 1252 bytes where possible, escapes otherwise; carets kept
+};
+
+// Appends utf8 as one group value: control characters (a line break would
+// end the value) become blanks, invalid UTF-8 bytes become '?'.
+void AppendDxfText(std::string& out, std::string_view utf8, EEncoding enc);
+std::string EncodeDxfText(std::string_view utf8, EEncoding enc);
+
+// The byte of code page 1252 for a code point, or 0 when it has none.
+unsigned char ToCp1252(uint32_t cp);
+
+// A table (layer, block) name that readers accept: the characters
+// < > / \ " : ; ? * | = ` and control characters become '_'; empty becomes
+// "_". The result is still UTF-8; it is encoded when written.
+std::string SanitizeTableName(std::string_view utf8);
+
+}  // namespace zedra::dxf

@@ -1,0 +1,16 @@
+// The DXF writer: walks the object graph of an engine and writes it as an
+// R2000 (AC1015) or R12 (AC1009) drawing file.
+#pragma once
+#include <string>
+
+#include "cad/dxf_graph.h"
+
+class CZedraEng;
+
+namespace zedra::dxf {
+
+// saveVars: write the engine's drawing variables to the header, not only
+// what a reader needs. Returns a zedra::kSave... result.
+int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const std::string& path);
+
+}  // namespace zedra::dxf
