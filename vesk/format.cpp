@@ -25,6 +25,10 @@ private:
     locale_t old_;
 };
 
+}  // namespace
+
+namespace vesk {
+
 std::string VFormat(const char* fmt, va_list ap) {
     CLocaleScope scope;
     char small[256];
@@ -40,7 +44,7 @@ std::string VFormat(const char* fmt, va_list ap) {
     return big;
 }
 
-}  // namespace
+}  // namespace vesk
 
 int vesk_fprintf(FILE* stream, const char* fmt, ...) {
     if (stream == nullptr || fmt == nullptr) return 0;
@@ -56,7 +60,7 @@ int vesk_sprintf(vesk::String& out, const char* fmt, ...) {
     if (fmt == nullptr) { out.clear(); return 0; }
     va_list ap;
     va_start(ap, fmt);
-    out = VFormat(fmt, ap);
+    out = vesk::VFormat(fmt, ap);
     va_end(ap);
     return static_cast<int>(out.size());
 }

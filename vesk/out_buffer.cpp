@@ -2,34 +2,12 @@
 
 #include <cstdarg>
 #include <cstring>
-#include <locale.h>
 #include <string>
 
 #include "vesk/fixed_format.h"
+#include "vesk/format.h"
 
 namespace vesk {
-
-namespace {
-
-// Switches only the calling thread to the "C" locale for the duration of a
-// Printf, so that "%f" always writes a point.
-class CCLocaleScope {
-public:
-    CCLocaleScope() {
-        static const locale_t c = newlocale(LC_ALL_MASK, "C", static_cast<locale_t>(nullptr));
-        old_ = c ? uselocale(c) : static_cast<locale_t>(nullptr);
-    }
-    ~CCLocaleScope() {
-        if (old_) uselocale(old_);
-    }
-    CCLocaleScope(const CCLocaleScope&) = delete;
-    CCLocaleScope& operator=(const CCLocaleScope&) = delete;
-
-private:
-    locale_t old_;
-};
-
-}  // namespace
 
 COutBuffer::COutBuffer(FILE* file) : file_(file) {
     if (file_) buf_ = std::make_unique<char[]>(kCapacity);
@@ -91,22 +69,11 @@ void COutBuffer::I(int v) {
 
 void COutBuffer::Printf(const char* fmt, ...) {
     if (!file_ || failed_ || fmt == nullptr) return;
-    CCLocaleScope scope;
-    char small[512];
     va_list ap;
     va_start(ap, fmt);
-    va_list again;
-    va_copy(again, ap);
-    const int n = std::vsnprintf(small, sizeof small, fmt, ap);
+    const std::string text = VFormat(fmt, ap);
     va_end(ap);
-    if (n >= 0 && static_cast<size_t>(n) < sizeof small) {
-        Str(std::string_view(small, static_cast<size_t>(n)));
-    } else if (n >= 0) {
-        std::string big(static_cast<size_t>(n) + 1, '\0');
-        std::vsnprintf(big.data(), big.size(), fmt, again);
-        Str(std::string_view(big.data(), static_cast<size_t>(n)));
-    }
-    va_end(again);
+    Str(text);
 }
 
 bool COutBuffer::Flush() {
