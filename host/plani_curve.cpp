@@ -4,8 +4,9 @@
 // the point asked for:
 // - constant curvature: the closed form of the circle (or the straight);
 // - little turning (at most kQuadratureTurning): Gauss-Legendre quadrature of
-//   e^{iθ(t)}, whose error is far below long double rounding when each
-//   sub-interval turns by no more than kTurnPerInterval;
+//   e^{iθ(t)} over sub-intervals short enough that the largest curvature
+//   times their length stays within kTurnPerInterval; the rule's error is
+//   then far below long double rounding;
 // - more turning: Fresnel integrals measured from the clothoid's origin (the
 //   point of zero curvature on the curve's extension). Their cost does not
 //   grow with the number of turns, and the scaled tail keeps far-away

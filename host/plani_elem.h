@@ -8,7 +8,10 @@
 // given by GetPerp is the unit vector to the RIGHT of the running direction,
 // so positive offsets lie right of the axis (as in LandXML cross sections).
 // The queries accept distances outside 0..GetLength() and continue the
-// element's geometry there (GetRad excepted, which clamps).
+// element's geometry there (GetRad excepted, which clamps). Points and
+// tangents are worked out in long double (plani_curve.h): on elements of a
+// few kilometres they stay far within a nanometre and 1e-12 rad of the exact
+// curve, however many times a clothoid winds.
 //
 // Reverse() turns the running direction round: the start moves to the old
 // end, the start tangent is the old end tangent negated, the turning sense
@@ -210,7 +213,7 @@ private:
     roadx::plani::LinearCurve curve_;
 };
 
-// Clothoid between two finite radii R1 (start) and R2 (end), same sense;
+// Clothoid between two radii R1 (start) and R2 (end), same sense;
 // either may be the larger. Its length is A²·|1/R2 − 1/R1|/k; A must be
 // finite and positive, the radii positive (infinite meaning a straight end).
 class CClotContPlaniElem : public CPlaniElem {

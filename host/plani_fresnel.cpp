@@ -1,8 +1,8 @@
 // Fresnel integrals in long double, for the clothoid positions.
 //
-// Below kFresnelSplit the power series is used: its largest term is about
-// e^{πx²/2} / sqrt(π²x²) ≈ 100 times the result there, so at most two of the
-// long double's 19 digits is lost. Above it, the tail comes from the
+// Below kFresnelSplit the power series is used: its terms grow to about 100
+// times the result at the split, so at most two of the long double's 19
+// digits are lost. Above it, the tail comes from the
 // continued fraction of the complementary error function, which converges
 // the faster the larger x is. The tail is kept scaled by e^{-iπx²/2} so that
 // the caller never has to subtract two nearly equal values of F.

@@ -10,6 +10,7 @@ namespace roadx::plani {
 bool SameValue(double a, double b) {
     if (a == b) return true;
     if (std::isnan(a) && std::isnan(b)) return true;
+    if (!std::isfinite(a) || !std::isfinite(b)) return false;  // the tolerance of ∞ would be ∞
     return std::fabs(a - b) <= ProgTol(a);
 }
 
