@@ -15,6 +15,9 @@ void Control(CDwgCtx& c, int16_t type, uint64_t handle, const std::vector<uint64
              const std::vector<uint64_t>& hardOwned, int32_t count) {
     CObjWriter w(type, handle);
     w.D().BL(count);
+    // The dimension style table of R2000 files has a count of further
+    // handles; there are none.
+    if (type == kTypeDimstyleControl) w.D().RC(0);
     w.OwnerHandles(0);
     for (uint64_t h : softOwned) w.H().H(kSoftOwner, h);
     for (uint64_t h : hardOwned) w.H().H(kHardOwner, h);
@@ -43,10 +46,11 @@ void Layer(CDwgCtx& c, const dxf::TLayerRec& l) {
     const dxf::TFixedHandles& f = c.g.fixed;
     CObjWriter w(kTypeLayer, l.handle);
     RecordStart(w, l.name);
-    const bool on = l.colour > 0;
+    // Bit 2 marks a layer that is off, as readers take it in files of
+    // every origin (the published layout calls it "on").
     int16_t values = kLayerPlotted | kLineweightDefault;
     if (l.flags & 1) values |= 1;  // frozen
-    if (on) values |= 2;
+    if (l.colour < 0) values |= 2;
     if (l.flags & 4) values |= 8;  // locked
     w.D().BS(values);
     w.D().CMC(static_cast<int16_t>(std::abs(l.colour)));

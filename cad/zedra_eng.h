@@ -202,8 +202,9 @@ public:
     // Results: see zedra::kSave... (0 written, -1 disk full, -2 not allowed).
     int SaveFileDXF(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
                     bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing);
-    // DWG output is not available yet: returns zedra::kSaveDwgUnsupported and
-    // writes nothing.
+    // An R2000 (AC1015) DWG file with the same layers, blocks, entities and
+    // handles as SaveFileDXF would write. Only R2000 exists as DWG: for R12
+    // it returns zedra::kSaveDwgUnsupported and writes nothing.
     int SaveFileDWG(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
                     bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing);
 

@@ -1,4 +1,5 @@
 // Saving drawing files.
+#include "cad/dwg_writer.h"
 #include "cad/dxf_writer.h"
 #include "cad/zedra_eng.h"
 
@@ -26,8 +27,11 @@ int CZedraEng::SaveFileDXF(const std::string& path, bool visibleOnly, bool unloc
         path);
 }
 
-// The DWG writer will build the same object graph (dxf_graph.h) and write
-// it in the binary format; until then nothing is written.
-int CZedraEng::SaveFileDWG(const std::string&, bool, bool, bool, bool, bool, enumZEDRA_DXFDWG_VER, uint64_t) {
-    return zedra::kSaveDwgUnsupported;
+// The DWG writer builds the same object graph as the DXF writer and writes
+// it in the binary format of R2000 (AC1015).
+int CZedraEng::SaveFileDWG(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten,
+                           bool usedDrawingsOnly, bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing) {
+    return zedra::dwg::WriteDwg(
+        *this, MakeOptions(visibleOnly, unlockedOnly, flatten, usedDrawingsOnly, r12Handles, ver, drawing), saveVars_,
+        path);
 }

@@ -21,7 +21,7 @@ using vesk::geom::PNT_3D;
 inline constexpr int kSaveOk = 0;
 inline constexpr int kSaveDiskFull = -1;        // ENOSPC, EDQUOT, EFBIG, short write, failed close
 inline constexpr int kSaveNotAllowed = -2;      // the file cannot be created or opened for writing
-inline constexpr int kSaveDwgUnsupported = -3;  // DWG output not available yet; nothing written
+inline constexpr int kSaveDwgUnsupported = -3;  // DWG of a version other than R2000; nothing written
 inline constexpr int kSaveBadVersion = -4;      // version value unknown; nothing written
 inline constexpr int kSaveIoError = -5;         // any other write error (EIO, ...)
 

@@ -15,3 +15,19 @@ if [ -n "$missing" ]; then
   $SUDO apt-get update -qq
   DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq $missing >/dev/null
 fi
+# Independent DWG readers for the tests (test tools only, never linked into
+# roadx), from the committed lockfile; only where node and npm are present
+# or can be installed from Debian.
+if ! command -v npm >/dev/null 2>&1 && command -v apt-get >/dev/null 2>&1; then
+  SUDO=""
+  [ "$(id -u)" -eq 0 ] || SUDO="sudo"
+  if ! command -v node >/dev/null 2>&1; then
+    $SUDO apt-get update -qq && DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq nodejs npm >/dev/null || true
+  else
+    # A node without npm (npm comes with some node packages, not all).
+    DEBIAN_FRONTEND=noninteractive $SUDO apt-get install -y -qq npm >/dev/null 2>&1 || true
+  fi
+fi
+if command -v node >/dev/null 2>&1 && command -v npm >/dev/null 2>&1; then
+  npm ci --prefix "$(dirname "$0")/../tests" --no-audit --no-fund >/dev/null
+fi

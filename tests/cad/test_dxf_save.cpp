@@ -116,7 +116,8 @@ TEST(DxfSave, DwgAndUnknownVersionsWriteNothing) {
     CZedraEng eng(0, nullptr, true);
     cadtest::CTempDir dir;
     const std::string path = dir.File("a.dwg");
-    EXPECT_EQ(eng.SaveFileDWG(path, false, false, false, false, false, ZEDRA_DXFDWG_VER_R2000, 0), kSaveDwgUnsupported);
+    // DWG exists only as R2000.
+    EXPECT_EQ(eng.SaveFileDWG(path, false, false, false, false, false, ZEDRA_DXFDWG_VER_R12, 0), kSaveDwgUnsupported);
     EXPECT_FALSE(cadtest::Exists(path));
     EXPECT_EQ(Save(eng, dir.File("a.dxf"), static_cast<enumZEDRA_DXFDWG_VER>(14)), kSaveBadVersion);
     EXPECT_FALSE(cadtest::Exists(dir.File("a.dxf")));

@@ -1,0 +1,43 @@
+#include "cad/dwg_writer.h"
+
+#include "cad/dwg_file.h"
+#include "cad/dwg_file_out.h"
+#include "cad/dxf_text.h"
+#include "cad/zedra_eng.h"
+
+namespace zedra::dwg {
+
+CDwgCtx::CDwgCtx(const CZedraEng& e, const dxf::TGraph& graph, bool vars)
+    : eng(e), g(graph), saveVars(vars), vpEntHdrControl(graph.handSeed), handSeed(graph.handSeed + 1) {}
+
+void CDwgCtx::Add(uint64_t handle, CObjWriter& w) {
+    const std::vector<uint8_t> bytes = w.Finish();
+    map.push_back({handle, static_cast<uint32_t>(objects.size())});
+    objects.insert(objects.end(), bytes.begin(), bytes.end());
+}
+
+uint64_t CDwgCtx::LayerHandle(uint64_t drawing) const {
+    auto it = g.layerOfDrawing.find(drawing);
+    return g.layers[it == g.layerOfDrawing.end() ? 0 : it->second].handle;
+}
+
+std::string CDwgCtx::Text(std::string_view utf8) { return dxf::EncodeDxfText(utf8, dxf::EEncoding::Name); }
+
+std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars) {
+    const dxf::TGraph g = dxf::BuildGraph(eng, opt);
+    CDwgCtx c(eng, g, saveVars);
+    WriteControlObjects(c);
+    WriteTableRecords(c);
+    WriteBlockHeaders(c);
+    WriteBlocksAndEntities(c);
+    WriteDictionaries(c);
+    return AssembleFile(c);
+}
+
+int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, const std::string& path) {
+    if (opt.version == ZEDRA_DXFDWG_VER_R12) return kSaveDwgUnsupported;
+    if (opt.version != ZEDRA_DXFDWG_VER_R2000) return kSaveBadVersion;
+    return WriteFileBytes(path, BuildDwg(eng, opt, saveVars));
+}
+
+}  // namespace zedra::dwg
