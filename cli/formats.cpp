@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "host/document.h"
+#include "landxml_import/import_landxml.h"
 
 namespace roadx::cli {
 
@@ -68,7 +69,12 @@ Format OutputFormat(const std::string& path, const std::string& to) {
     return Format::Unknown;
 }
 
-TExchangeStatus ImportFile(CVantriDoc&, const std::string&, Format f) { return NotYet(f); }
+TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, Format f) {
+    switch (f) {
+        case Format::LandXML: return ImportLandXMLFile(&doc, path.c_str(), false, false);
+        default: return NotYet(f);
+    }
+}
 
 TExchangeStatus ExportFile(CVantriDoc&, Format f, const ExportOptions&) { return NotYet(f); }
 

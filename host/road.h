@@ -54,6 +54,7 @@ public:
     bool IsEmpty() const { return links_.empty(); }
     int GetNumRoadPlaniElems() const { return static_cast<int>(links_.size()); }
     CRoadPlaniElem* GetFirstRoadPlaniElem() const { return links_.empty() ? nullptr : links_.front().get(); }
+    // The chain in order; the pointers stay owned by the road (borrowed).
     std::vector<CPlaniElem*> RetrieveLinkedPlaniElems() const;
     CProfile* GetRoadProfile() { return &profile_; }
     int GetNumSections() const { return profile_.GetNumSections(); }

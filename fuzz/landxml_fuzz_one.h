@@ -1,0 +1,75 @@
+// One fuzz input through the whole LandXML import: written to a scratch
+// file, then imported with every surface, alignment and point chosen, the
+// first surface as the roads' terrain, every cross-section surface mapped to
+// a section code (with an empty code in front of some, so the code walk runs
+// on), questions answered in turn yes and no, and the host trace formatting
+// every builder call. Shared by the libFuzzer target and the corpus replay
+// test.
+#pragma once
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "exchange/common/status.h"
+#include "host/document.h"
+#include "host/trace.h"
+#include "host/ui.h"
+#include "landxml_import/import_landxml.h"
+
+class CLandXmlFuzzUi : public CHostUi {
+public:
+    bool DlgImportLandXML(bool, bool, const std::vector<CString>& surfaces, const std::vector<CString>& alignments,
+                          bool, const std::vector<CString>& crossSectSurfs, const std::vector<vesk::String>& codes,
+                          TImportLandXMLResult& r) override {
+        r.surfaces = surfaces;
+        r.alignments = alignments;
+        r.importPoints = true;
+        r.terrain = surfaces.empty() ? CString() : surfaces.front();
+        for (size_t i = 0; i < crossSectSurfs.size(); ++i) {
+            if (i % 2 == 1) r.crossSectCodes.emplace_back(crossSectSurfs[i], vesk::String());
+            const vesk::String code = codes.empty() ? vesk::String("TER") : codes[i % codes.size()];
+            r.crossSectCodes.emplace_back(crossSectSurfs[i], code);
+        }
+        return true;
+    }
+    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
+        return false;
+    }
+    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
+    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
+    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
+    void Message(const std::string&, const std::string&) override {}
+    bool QuestionYesNo(const std::string&, const std::string&) override { return (++questions_ % 2) == 1; }
+
+private:
+    int questions_ = 0;
+};
+
+// Formats every trace line and keeps none.
+class CLandXmlFuzzTrace : public CTraceSink {
+public:
+    void WriteLine(const std::string& line) override { bytes += line.size(); }
+    size_t bytes = 0;
+};
+
+inline TExchangeStatus LandXmlFuzzOne(const uint8_t* data, size_t size, const std::string& scratchDir) {
+    const std::string path = scratchDir + "/landxml_fuzz_" + std::to_string(::getpid()) + ".xml";
+    FILE* f = std::fopen(path.c_str(), "wb");
+    if (!f) return TExchangeStatus::Fail(TExchangeStatus::OPEN_FAILED, "scratch file");
+    const bool written = std::fwrite(data, 1, size, f) == size;
+    std::fclose(f);
+    TExchangeStatus status = TExchangeStatus::Fail(TExchangeStatus::OPEN_FAILED, "scratch file");
+    if (written) {
+        CLandXmlFuzzUi ui;
+        CHostUiScope uiScope(&ui);
+        CLandXmlFuzzTrace trace;
+        CTraceScope traceScope(&trace);
+        CVantriDoc doc;
+        status = ImportLandXMLFile(&doc, path.c_str(), false, false);
+    }
+    std::remove(path.c_str());
+    return status;
+}

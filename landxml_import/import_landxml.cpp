@@ -1,0 +1,69 @@
+#include "landxml_import/import_landxml.h"
+
+#include <vector>
+
+#include "host/document.h"
+#include "host/load_vantri_dati.h"
+#include "host/ui.h"
+#include "landxml_import/import_alignments.h"
+#include "landxml_import/import_ended.h"
+#include "landxml_import/import_scan.h"
+#include "landxml_import/landxml_units.h"
+#include "landxml_import/readers.h"
+#include "landxml_import/xml_reader.h"
+
+namespace {
+
+std::vector<vesk::String> SectionCodes(IVantriDati* doc) {
+    const std::vector<TProfileAltiCode*>& codes = doc->GetLibProfile()->GetSectionCodes();
+    std::vector<vesk::String> list;
+    list.reserve(codes.size());
+    for (const TProfileAltiCode* c : codes) list.push_back(c->code);
+    return list;
+}
+
+TExchangeStatus LoadFailure(const TXmlLoadStatus& s) {
+    const TExchangeStatus::Code code =
+        s.code == TXmlLoadStatus::OPEN_FAILED ? TExchangeStatus::OPEN_FAILED : TExchangeStatus::BAD_INPUT;
+    return TExchangeStatus::Fail(code, s.Describe());
+}
+
+// Everything after the user's confirmation, in its fixed order.
+TExchangeStatus ImportChosen(const XmlSection& root, CLoadVantriDati& builder, const TImportLandXMLResult& choices) {
+    const TLandXmlUnits units = ReadUnits(root);
+    if (choices.importPoints) {
+        PointTable referenced;
+        ImportInstrumentSurveys(root, builder, units.isMetric, referenced);
+        ImportGpsSurveys(root, builder, units.isMetric, referenced);
+        ImportCgPoints(root, builder, units.isMetric, referenced);
+    }
+    CDtmPrj* terrain = nullptr;
+    ImportSurfaces(root, builder, choices.surfaces, choices.terrain, units.isMetric, terrain);
+    return ImportAlignments(root, builder, choices, terrain, units);
+}
+
+}  // namespace
+
+TExchangeStatus ImportLandXMLFile(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB) {
+    CXmlReader reader;
+    CLoadVantriDati builder(doc);
+    if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
+    const XmlSection root = reader.Root();
+
+    const std::vector<vesk::String> codes = SectionCodes(doc);
+    const TLandXmlContents contents = ScanLandXml(root);
+    TImportLandXMLResult choices;
+    if (!FDlgImportLandXML(dialogFlagA, dialogFlagB, contents.surfaceNames, contents.alignmentNames,
+                           contents.hasPointData, contents.crossSectSurfNames, codes, choices))
+        return TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "import cancelled");
+
+    try {
+        return ImportChosen(root, builder, choices);
+    } catch (const CLandXmlImportEnded& e) {
+        return TExchangeStatus::Fail(TExchangeStatus::ENDED_EARLY, e.what());
+    }
+}
+
+void ImportLandXML(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB) {
+    ImportLandXMLFile(doc, path, dialogFlagA, dialogFlagB);
+}

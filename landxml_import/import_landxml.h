@@ -1,0 +1,22 @@
+// The LandXML import: loads a file, shows the host's import dialog with what
+// it holds, and adds what the user chose to the document through one
+// document builder: surveys and points, surfaces, then every chosen alignment
+// as a road with its plan geometry, vertical profile and cross sections.
+#pragma once
+#include "exchange/common/status.h"
+
+class IVantriDati;
+
+// The host's entry point: silent, whatever happens.
+void ImportLandXML(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB);
+
+// The same import, saying how it ended:
+//   OPEN_FAILED  the file could not be read;
+//   BAD_INPUT    not well-formed XML ("malformed XML at line L: reason") or no
+//                LandXML root; the document is untouched;
+//   CANCELLED    the dialog was cancelled; the document is untouched;
+//   ENDED_EARLY  a rule ended the import (which one, in the message); what
+//                was added before stays;
+//   OK.
+// dialogFlagA and dialogFlagB are handed to the dialog unchanged.
+TExchangeStatus ImportLandXMLFile(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB);

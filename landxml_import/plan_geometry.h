@@ -1,0 +1,54 @@
+// Plan geometry of one LandXML Alignment: its CoordGeom elements (Line,
+// Curve, Spiral) become the road's horizontal elements, in document order,
+// through the builder's AddRoadRect / AddRoadArc / AddRoadClot /
+// AddRoadClotCont, between the caller's StartRoadPlani and EndRoadPlani.
+//
+// Every CoordGeom starts a running chainage at 0 and a running direction that
+// is undefined (1.7e200, 1.7e200). An element without staStart starts at the
+// running chainage; after every element its length is added to it (an
+// element's own staStart does not reset it). An element without a start
+// direction of its own starts in the running direction; afterwards the
+// running direction is its end tangent.
+//
+// Lengths are converted from US survey feet when the file is not metric;
+// directions and angles by their unit codes (landxml_units.h). A point
+// element's text is northing then easting; a missing point element is (0, 0),
+// one with fewer than two numbers ends the import (CLandXmlImportEnded).
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "host/load_vantri_dati.h"
+#include "landxml_import/xml_reader.h"
+#include "vesk/geom.h"
+
+// Running state of one CoordGeom.
+struct TPlanRun {
+    double prog = 0.0;
+    vesk::geom::VECTOR_2D dir;  // undefined until an element sets it
+    TPlanRun();
+};
+
+// Why a CoordGeom was refused (for the caller's report).
+enum class TPlanRefusal { NONE, SPIRAL_CONSTANT, SPIRAL_WITHOUT_LENGTH };
+const char* DescribePlanRefusal(TPlanRefusal r);
+
+// All CoordGeom children of the alignment; false when a spiral was refused
+// (why in `refusal`, when given).
+bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32_t directionUnit,
+                   uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal = nullptr);
+
+void ReadLine(const XmlSection& line, CLoadVantriDati& builder, uint32_t directionUnit, bool isMetric, double& prog,
+              vesk::geom::VECTOR_2D& dir);
+void ReadCurve(const XmlSection& curve, CLoadVantriDati& builder, uint32_t directionUnit, uint32_t angularUnit,
+               bool isMetric, double& prog, vesk::geom::VECTOR_2D& dir);
+// False when the user declines to go on with a spiral whose stated constant
+// cannot be matched, or the spiral has neither length nor constant.
+bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t directionUnit, bool isMetric,
+                double& prog, vesk::geom::VECTOR_2D& dir, TPlanRefusal* refusal = nullptr);
+
+// The kinds of the CoordGeom children in the order their tags appear in the
+// element's XML text ("<Line", "<Curve", "<Spiral").
+enum TPlanKind : int { PLAN_LINE = 11, PLAN_CURVE = 12, PLAN_SPIRAL = 13 };
+std::vector<int> PlanKindsInTextOrder(const std::string& xml);

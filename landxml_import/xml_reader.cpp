@@ -1,0 +1,197 @@
+#include "landxml_import/xml_reader.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+#include <memory>
+
+#include "landxml_import/text_lists.h"
+#include "landxml_import/xml_text_encoding.h"
+
+namespace {
+
+// The standard XML handling of texts (entities, CDATA, line ends, attribute
+// white space); the first text of an element is kept in the element itself,
+// which halves the nodes of a surface. Comments, processing instructions and
+// the declaration are skipped.
+constexpr unsigned kParseOptions = pugi::parse_cdata | pugi::parse_escapes | pugi::parse_wconv_attribute |
+                                   pugi::parse_eol | pugi::parse_embed_pcdata;
+
+// Reads a whole file; false when it cannot be opened or read.
+bool ReadWholeFile(const char* path, std::string& out) {
+    struct Closer {
+        void operator()(FILE* f) const { std::fclose(f); }
+    };
+    std::unique_ptr<FILE, Closer> f(std::fopen(path, "rb"));
+    if (!f) return false;
+    out.clear();
+    char chunk[1 << 16];
+    for (;;) {
+        const size_t n = std::fread(chunk, 1, sizeof chunk, f.get());
+        out.append(chunk, n);
+        if (n < sizeof chunk) break;
+    }
+    return !std::ferror(f.get());
+}
+
+const char* DescribeParseStatus(pugi::xml_parse_status s) {
+    switch (s) {
+        case pugi::status_file_not_found:
+        case pugi::status_io_error: return "cannot read the file";
+        case pugi::status_out_of_memory: return "out of memory";
+        case pugi::status_unrecognized_tag: return "unrecognised tag";
+        case pugi::status_bad_pi: return "bad processing instruction or declaration";
+        case pugi::status_bad_comment: return "bad comment";
+        case pugi::status_bad_cdata: return "bad CDATA section";
+        case pugi::status_bad_doctype: return "bad document type declaration";
+        case pugi::status_bad_pcdata: return "bad character data";
+        case pugi::status_bad_start_element: return "bad start tag";
+        case pugi::status_bad_attribute: return "bad attribute";
+        case pugi::status_bad_end_element: return "bad end tag";
+        case pugi::status_end_element_mismatch: return "end tag does not match its start tag";
+        case pugi::status_append_invalid_root: return "invalid root";
+        case pugi::status_no_document_element: return "no root element";
+        case pugi::status_internal_error:
+        case pugi::status_ok: break;
+    }
+    return "not well-formed";
+}
+
+// 1-based line of a byte offset.
+int LineOfOffset(std::string_view text, size_t offset) {
+    offset = std::min(offset, text.size());
+    return 1 + static_cast<int>(std::count(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(offset), '\n'));
+}
+
+struct StringWriter : pugi::xml_writer {
+    std::string& out;
+    explicit StringWriter(std::string& o) : out(o) {}
+    void write(const void* data, size_t size) override { out.append(static_cast<const char*>(data), size); }
+};
+
+}  // namespace
+
+std::string TXmlLoadStatus::Describe() const {
+    switch (code) {
+        case OK: return "ok";
+        case OPEN_FAILED: return "cannot open the file";
+        case MALFORMED: return "malformed XML at line " + std::to_string(line) + ": " + reason;
+        case NO_ROOT: return "no LandXML root element" + (reason.empty() ? std::string() : " (" + reason + ")");
+    }
+    return reason;
+}
+
+std::string XmlSection::GetXML() const {
+    std::string out;
+    if (IsEmpty()) return out;
+    StringWriter writer(out);
+    node_.print(writer, "", pugi::format_raw, pugi::encoding_utf8);
+    return out;
+}
+
+CXmlReader::CXmlReader() = default;
+CXmlReader::~CXmlReader() = default;
+
+bool CXmlReader::LoadFromFile(const char* path) {
+    doc_.reset();
+    status_ = {};
+    if (!path || !ReadWholeFile(path, buffer_)) {
+        buffer_.clear();
+        status_.code = TXmlLoadStatus::OPEN_FAILED;
+        status_.reason = "cannot open the file";
+        return false;
+    }
+    return Parse([path] {
+        std::string again;
+        ReadWholeFile(path, again);
+        return again;
+    });
+}
+
+bool CXmlReader::LoadFromText(std::string_view bytes) {
+    doc_.reset();
+    status_ = {};
+    buffer_.assign(bytes);
+    return Parse([bytes] { return std::string(bytes); });
+}
+
+bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {
+    pugi::xml_encoding encoding = ConvertXmlTextToUtf8(buffer_);
+    // The buffer is parsed in place: it must outlive the document, and it is
+    // owned next to it.
+    const pugi::xml_parse_result r = doc_.load_buffer_inplace(buffer_.data(), buffer_.size(), kParseOptions, encoding);
+    if (!r) {
+        status_.code = TXmlLoadStatus::MALFORMED;
+        status_.offset = r.offset < 0 ? 0 : static_cast<size_t>(r.offset);
+        status_.reason = DescribeParseStatus(r.status);
+        // The in-place parse rewrote the buffer; lines are counted on the
+        // text as it was before parsing (only on this failure path).
+        std::string original = rereadSource();
+        ConvertXmlTextToUtf8(original);
+        status_.line = LineOfOffset(original, status_.offset);
+        doc_.reset();
+        buffer_.clear();
+        return false;
+    }
+    const pugi::xml_node root = doc_.document_element();
+    if (std::string_view(root.name()) != "LandXML") {
+        status_.code = TXmlLoadStatus::NO_ROOT;
+        status_.reason = root ? "found '" + std::string(root.name()) + "'" : std::string("empty document");
+        return false;
+    }
+    return true;
+}
+
+XmlSection CXmlReader::Root() const {
+    const pugi::xml_node root = doc_.document_element();
+    if (std::string_view(root.name()) != "LandXML") return XmlSection();
+    return XmlSection(root);
+}
+
+bool PX_String(const XmlSection& section, const char* name, CString& value) {
+    if (section.IsEmpty()) return false;
+    if (!name || !*name) {
+        const pugi::xml_text text = section.Node().text();
+        if (!text) return false;
+        value.assign(text.get());
+        return true;
+    }
+    const pugi::xml_attribute a = section.Node().attribute(name);
+    if (a.empty()) return false;
+    value.assign(a.value());
+    return true;
+}
+
+bool PX_Double(const XmlSection& section, const char* name, double& value) {
+    if (section.IsEmpty()) return false;
+    if (!name || !*name) {
+        const pugi::xml_text text = section.Node().text();
+        if (!text) return false;
+        value = ReadStreamDouble(text.get());
+        return true;
+    }
+    const pugi::xml_attribute a = section.Node().attribute(name);
+    if (a.empty()) return false;
+    value = ReadStreamDouble(a.value());
+    return true;
+}
+
+bool PX_Double(const XmlSection& section, const char* name, double& value, double defaultValue) {
+    if (PX_Double(section, name, value)) return true;
+    value = defaultValue;
+    return false;
+}
+
+bool PX_Int(const XmlSection& section, const char* name, int& value) {
+    if (section.IsEmpty()) return false;
+    if (!name || !*name) {
+        const pugi::xml_text text = section.Node().text();
+        if (!text) return false;
+        value = ReadStreamInt(text.get());
+        return true;
+    }
+    const pugi::xml_attribute a = section.Node().attribute(name);
+    if (a.empty()) return false;
+    value = ReadStreamInt(a.value());
+    return true;
+}
