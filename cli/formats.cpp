@@ -5,8 +5,14 @@
 #include <cstdio>
 #include <cstring>
 
+#include "cli/app.h"
+#include "cli/cli_ui.h"
 #include "host/document.h"
+#include "host/ui.h"
+#include "landxml_export/export_landxml.h"
 #include "landxml_import/import_landxml.h"
+#include "rd3/rd3_export.h"
+#include "rd3/rd3_import.h"
 
 namespace roadx::cli {
 
@@ -72,10 +78,31 @@ Format OutputFormat(const std::string& path, const std::string& to) {
 TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, Format f) {
     switch (f) {
         case Format::LandXML: return ImportLandXMLFile(&doc, path.c_str(), false, false);
+        case Format::RD3: return Rd3ToExchangeStatus(ImportRD3File(&doc, path.c_str()));
         default: return NotYet(f);
     }
 }
 
-TExchangeStatus ExportFile(CVantriDoc&, Format f, const ExportOptions&) { return NotYet(f); }
+// RD3 carries one road: the one named by --road, or the first.
+TExchangeStatus ExportRd3(CVantriDoc& doc, const ExportOptions& o) {
+    CLibRoad* roads = doc.GetLibRoad();
+    for (unsigned i = 0; i < roads->GetNumRoads(); ++i) {
+        CRoad* r = roads->GetRoad(i);
+        if (o.road.empty() || r->GetName() == o.road) return ExportRD3WithDialog(*r);
+    }
+    if (o.road.empty())
+        return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT, "the inputs hold no road to write as RD3");
+    return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT, "no road named \"" + o.road + "\"");
+}
+
+TExchangeStatus ExportFile(CVantriDoc& doc, Format f, const ExportOptions& o) {
+    switch (f) {
+        case Format::RD3: return ExportRd3(doc, o);
+        // The CLI's UI answers the export dialog from --export-roads etc. and
+        // the save dialog with -o made absolute.
+        case Format::LandXML: return ExportLandXMLFile(doc);
+        default: return NotYet(f);
+    }
+}
 
 }  // namespace roadx::cli

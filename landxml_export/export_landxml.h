@@ -1,0 +1,46 @@
+// LandXML export: writes the user's selection from the open document as one
+// LandXML 1.0 file. The selection comes from the host's export dialog, the
+// file name from a save dialog.
+//
+// Sections stand in a fixed order: Project, Units, Application, Alignments,
+// the Survey of every total-station job, the Survey of every GPS group, every
+// CgPoints, Surfaces. Numbers are written as "%f" ("%.9f" for latitudes and
+// longitudes, "%d" for counters), coordinates northing first.
+#pragma once
+#include <vector>
+
+#include "exchange/common/status.h"
+#include "vesk/out_buffer.h"
+
+class IVantriDati;
+class CRoad;
+class CLibCmp;
+class CJob;
+class CLibGps;
+class CGrpGps;
+class CLibPnt;
+class CGrpPnt;
+class CDtmPrj;
+
+// The exported entry point: dialogs, then the file. Silent whatever happens.
+void ExportLandXML(IVantriDati& doc);
+
+// The same, saying how it ended: CANCELLED when a dialog was not confirmed,
+// WRITE_FAILED (with the system's reason) when the file could not be created
+// or written in full.
+TExchangeStatus ExportLandXMLFile(IVantriDati& doc);
+
+// Writes the selected objects, each list in its order, to `path`.
+void WriteLandXMLFile(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs, CLibGps& gps,
+                      std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt, std::vector<CGrpPnt*> pointGroups,
+                      std::vector<CDtmPrj*> dtmPrjs, const char* path);
+
+// As WriteLandXMLFile, with the outcome.
+TExchangeStatus WriteLandXMLFileStatus(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs,
+                                       CLibGps& gps, std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt,
+                                       std::vector<CGrpPnt*> pointGroups, std::vector<CDtmPrj*> dtmPrjs,
+                                       const char* path);
+
+// The fixed lines before the sections: declaration, root start tag, Project
+// (named by the full path), Units, Application.
+void WriteLandXMLHeader(vesk::COutBuffer& out, const char* path);

@@ -1,0 +1,53 @@
+// RD3 import: reads one RD3 road file and adds its road (plan, main profile,
+// cross sections) to the document through the builder.
+#pragma once
+#include <cstddef>
+#include <cstdint>
+
+#include "exchange/common/status.h"
+#include "vesk/string.h"
+
+class IVantriDati;
+
+// How an import ended. Every way out other than kOk leaves in the document
+// whatever was added before it.
+enum class Rd3ImportStatus {
+    kOk,              // read to the end (a file without sections included)
+    kOpenFailed,      // the file could not be opened
+    kEmpty,           // empty file, or fewer bytes read than its size
+    kNoRoad,          // the directory names no road record (nothing added)
+    kBadDirectory,    // a directory tag out of order
+    kBadRoadRecord,   // the road offset does not lead to a road record
+    kBadProfileRecord,
+    kBadTemplateRecord,
+    kBadSegmentCode,  // a template segment of an unknown code
+    kBadAssignRecord, // the assignment offset leads to neither list nor chain
+    kTruncated,       // an offset or a record runs past the end of the file
+    kLoop,            // a chain of next-links comes back to a record
+    kNoNeighbour,     // a section side could not be rebuilt: no template
+                      // before or after it; sections stop there
+    kTooLarge,        // the sections would take more work than the import
+                      // allows (see rd3_reader.h)
+};
+
+// One line naming the problem, in English, for the command line.
+const char* Rd3ImportStatusText(Rd3ImportStatus s);
+
+// The import without its message box being the only trace: the status says
+// how it ended. The message box is shown for the format errors as the host
+// expects (FImportRD3 is this call with the result dropped).
+Rd3ImportStatus ImportRD3File(IVantriDati* doc, const char* path);
+
+// The same over a file image in memory; roadName is used as it stands.
+Rd3ImportStatus ImportRD3Buffer(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size);
+
+// The road name of a file: the part after the last '/' or '\', cut before
+// its first '.'.
+const char* Rd3RoadNameStart(const char* path);
+vesk::String Rd3RoadNameFromPath(const char* path);
+
+// The status for callers that report through TExchangeStatus; they name
+// the file themselves.
+TExchangeStatus Rd3ToExchangeStatus(Rd3ImportStatus s);
+
+void FImportRD3(IVantriDati* doc, const char* path);

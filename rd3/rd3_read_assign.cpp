@@ -1,0 +1,70 @@
+// Section assignments: a type 31 list, or a chain of type 20 records holding
+// one entry each.
+#include <algorithm>
+#include <climits>
+#include <cmath>
+
+#include "rd3/rd3_reader.h"
+#include "rd3/rd3_records.h"
+
+namespace rd3 {
+namespace {
+
+// File sides 1, 2, 3 are left, right, both. An entry of another side or
+// without a chainage cannot place a section; it is left out (this also keeps
+// the sort well defined).
+void Keep(ReadContext& ctx, const RD3AssignEntry& e) {
+    if (e.side < kFileSideLeft || e.side > kFileSideBoth || std::isnan(e.prog)) return;
+    ctx.assigns.push_back({e.name, e.prog, static_cast<int32_t>(e.side) - 1});
+}
+
+Rd3ImportStatus ReadList(ReadContext& ctx) {
+    const uint16_t count = ctx.in.ReadRawShort();
+    ctx.in.ReadRawShort();  // entry size, always 78
+    if (ctx.in.Failed() || ctx.in.Remaining() / kAssignEntrySize < count) return Rd3ImportStatus::kTruncated;
+    for (uint16_t i = 0; i < count; ++i) {
+        RD3AssignEntry e;
+        if (!ReadAssignEntry(ctx.in, e)) return Rd3ImportStatus::kTruncated;
+        Keep(ctx, e);
+    }
+    return Rd3ImportStatus::kOk;
+}
+
+// Records of another type inside the chain are passed over.
+Rd3ImportStatus ReadChain(ReadContext& ctx, uint32_t offset, RD3RecHeader h) {
+    VisitedOffsets visited(ctx.fileSize);
+    visited.Visit(offset);
+    for (;;) {
+        if (h.type == kRecAssign) {
+            RD3AssignEntry e;
+            if (!ReadAssignEntry(ctx.in, e)) return Rd3ImportStatus::kTruncated;
+            Keep(ctx, e);
+        }
+        const uint32_t next = h.next;
+        if (IsNoRecord(next)) return Rd3ImportStatus::kOk;
+        if (!visited.Visit(next)) return next < ctx.fileSize ? Rd3ImportStatus::kLoop : Rd3ImportStatus::kTruncated;
+        if (SeekRecord(ctx, next, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
+    }
+}
+
+// Both sides first, then left, then right.
+int SideRank(int32_t side) { return side == kSideBoth ? INT_MIN : side; }
+
+}  // namespace
+
+Rd3ImportStatus ReadAssignments(ReadContext& ctx, uint32_t offset) {
+    RD3RecHeader h;
+    if (SeekRecord(ctx, offset, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
+    if (h.type == kRecAssignList) return ReadList(ctx);
+    if (h.type == kRecAssign) return ReadChain(ctx, offset, h);
+    return Rd3ImportStatus::kBadAssignRecord;
+}
+
+void SortAssignments(std::vector<RD3SectionAssign>& assigns) {
+    std::sort(assigns.begin(), assigns.end(), [](const RD3SectionAssign& a, const RD3SectionAssign& b) {
+        if (a.prog != b.prog) return a.prog < b.prog;
+        return SideRank(a.side) < SideRank(b.side);
+    });
+}
+
+}  // namespace rd3

@@ -1,0 +1,69 @@
+// The main profile: a type 10 record and its chain of vertices. This chain
+// ends only at 0xFFFFFFFE; a next-link of 0 is followed to offset 0 like any
+// other offset.
+#include <cmath>
+
+#include "host/load_vantri_dati.h"
+#include "rd3/rd3_reader.h"
+#include "rd3/rd3_records.h"
+
+namespace rd3 {
+
+void AddProfileVertices(CLoadVantriDati& builder, const std::vector<RD3Vertex>& v) {
+    builder.StartRoadAlti();
+    if (v.size() >= 2) {
+        builder.AddRoadPrj();
+        for (size_t i = 0; i + 1 < v.size(); ++i) {
+            if (v[i].curveLength != 0.0 && i > 0) {
+                // The vertical curve is a parabola: its radius is its length
+                // over the change of grade.
+                const double g1 = (v[i].elevation - v[i - 1].elevation) / (v[i].prog - v[i - 1].prog);
+                const double g2 = (v[i + 1].elevation - v[i].elevation) / (v[i + 1].prog - v[i].prog);
+                builder.AddRoadProfAltiRaccVrt(v[i].prog, v[i].elevation, v[i - 1].prog, v[i - 1].elevation,
+                                               v[i + 1].prog, v[i + 1].elevation,
+                                               v[i].curveLength / std::fabs(g1 - g2), true);
+            } else {
+                builder.AddRoadProfAltiPrincVrt(v[i].prog, v[i].elevation);
+            }
+        }
+        builder.AddRoadProfAltiPrincVrt(v.back().prog, v.back().elevation);
+    }
+    builder.EndRoadAlti();
+}
+
+Rd3ImportStatus ReadProfile(ReadContext& ctx, uint32_t offset) {
+    RD3RecHeader h;
+    if (SeekRecord(ctx, offset, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
+    if (h.type != kRecProfile) return Rd3ImportStatus::kBadProfileRecord;
+    ctx.in.ReadDouble();  // written 0.0, meaning unknown
+    if (ctx.in.Failed()) return Rd3ImportStatus::kTruncated;
+
+    std::vector<RD3Vertex> vertices;
+    RD3Vertex current;
+    VisitedOffsets visited(ctx.fileSize);
+    visited.Visit(offset);
+    Rd3ImportStatus status = Rd3ImportStatus::kOk;
+    for (uint32_t next = h.next; next != kNoRecord; next = h.next) {
+        if (!visited.Visit(next)) {
+            status = next < ctx.fileSize ? Rd3ImportStatus::kLoop : Rd3ImportStatus::kTruncated;
+            break;
+        }
+        status = SeekRecord(ctx, next, h);
+        if (status != Rd3ImportStatus::kOk) break;
+        if (h.type == kRecVertex || h.type == kRecCurveVertex) {
+            RD3VertexRecord rec;
+            if (!ReadVertexData(ctx.in, h.type, rec)) {
+                status = Rd3ImportStatus::kTruncated;
+                break;
+            }
+            current = {rec.prog, rec.elevation, rec.curveLength};
+        }
+        // A record of another type repeats the vertex before it.
+        vertices.push_back(current);
+    }
+    // The vertices read before a damaged record are kept.
+    if (!vertices.empty()) AddProfileVertices(ctx.builder, vertices);
+    return status;
+}
+
+}  // namespace rd3
