@@ -77,18 +77,32 @@ std::string EncodeDxfText(std::string_view utf8, EEncoding enc) {
 }
 
 std::string SanitizeTableName(std::string_view utf8) {
-    std::string out(utf8);
-    for (char& c : out) {
-        const auto u = static_cast<unsigned char>(c);
-        if (u < 0x20 || u == 0x7F) c = '_';
-        switch (c) {
-            case '<': case '>': case '/': case '\\': case '"': case ':':
-            case ';': case '?': case '*': case '|': case '=': case '`':
-                c = '_';
-                break;
-            default:
-                break;
+    std::string out;
+    out.reserve(utf8.size());
+    for (size_t i = 0; i < utf8.size();) {
+        uint32_t cp = 0;
+        const size_t len = DecodeUtf8(utf8, i, cp);
+        // Readers compare table names as written and do not decode escapes,
+        // so a character the code page lacks (or a broken byte) becomes '_'.
+        if (len == 0 || (cp >= 0x80 && ToCp1252(cp) == 0)) {
+            out += '_';
+            i += len == 0 ? 1 : len;
+            continue;
         }
+        if (cp < 0x20 || cp == 0x7F) {
+            out += '_';
+        } else {
+            switch (cp) {
+                case '<': case '>': case '/': case '\\': case '"': case ':':
+                case ';': case '?': case '*': case '|': case '=': case '`':
+                    out += '_';
+                    break;
+                default:
+                    out.append(utf8.substr(i, len));
+                    break;
+            }
+        }
+        i += len;
     }
     if (out.empty()) out.push_back('_');
     return out;

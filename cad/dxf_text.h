@@ -26,8 +26,9 @@ std::string EncodeDxfText(std::string_view utf8, EEncoding enc);
 unsigned char ToCp1252(uint32_t cp);
 
 // A table (layer, block) name that readers accept: the characters
-// < > / \ " : ; ? * | = ` and control characters become '_'; empty becomes
-// "_". The result is still UTF-8; it is encoded when written.
+// < > / \ " : ; ? * | = `, control characters, characters code page 1252
+// lacks and broken UTF-8 become '_'; empty becomes "_". The result is still
+// UTF-8; it is encoded when written.
 std::string SanitizeTableName(std::string_view utf8);
 
 }  // namespace zedra::dxf

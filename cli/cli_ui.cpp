@@ -87,13 +87,24 @@ bool CCliUi::DlgExportLandXML(CLibCmp& cmp, CLibGps& gps, CLibPnt& pnt, CLibDtm&
 }
 
 bool CCliUi::DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf& opz) {
-    // Flag 4 is the point-cloud switch of the drawing export.
+    // The drawing export's six options, in order: only visible drawings,
+    // only unlocked drawings, flatten (z = 0), point clouds, only drawings
+    // that hold entities, handles in R12 files. The command line writes
+    // every visible drawing that has something on it, in 3D when the
+    // document is shown in 3D, with clouds unless --no-clouds.
+    opz.flags[0] = true;
+    opz.flags[1] = false;
+    opz.flags[2] = !opz.docFlag;
     opz.flags[3] = !exp_.noClouds;
+    opz.flags[4] = true;
+    opz.flags[5] = true;
+    opz.drawing = 0;  // every drawing
     return true;
 }
 
-bool CCliUi::InpNomeFileExportDxfDwg(std::string& path, bool, enumZEDRA_DXFDWG_VER&, bool) {
+bool CCliUi::InpNomeFileExportDxfDwg(std::string& path, bool, enumZEDRA_DXFDWG_VER& ver, bool) {
     path = AbsolutePath(exp_.output);
+    ver = exp_.dxfVersion == "R12" ? ZEDRA_DXFDWG_VER_R12 : ZEDRA_DXFDWG_VER_R2000;
     return !path.empty();
 }
 

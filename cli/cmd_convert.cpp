@@ -53,11 +53,16 @@ void AddConvertCommand(CLI::App& app, SetRun setRun) {
     AddExportList(*cmd, "--export-gps", args->exp.gps, "LandXML: GPS groups to export (default: all)");
     AddExportList(*cmd, "--export-jobs", args->exp.jobs, "LandXML: total-station jobs to export (default: all)");
     cmd->add_option("--road", args->exp.road, "RD3: the road to write (default: the first)");
-    cmd->add_option("--dxf-version", args->exp.dxfVersion, "drawing: R12 or R2000 (default R2000)")
+    cmd->add_option("--dxf-version", args->exp.dxfVersion,
+                    "drawing: file version, R12 (AC1009, for old readers) or R2000 (AC1015, default); "
+                    "DWG files are R2000 only")
         ->check(CLI::IsMember({"R12", "R2000"}));
-    cmd->add_option("--contour-interval", args->exp.contourInterval, "drawing: contour interval in metres (default 1)")
+    cmd->add_option("--contour-interval", args->exp.contourInterval,
+                    "drawing: contour lines of every surface, one every this many metres, every fifth "
+                    "labelled (default 1)")
         ->check(CLI::PositiveNumber);
-    cmd->add_flag("--no-clouds", args->exp.noClouds, "drawing: leave point clouds out");
+    cmd->add_flag("--no-clouds", args->exp.noClouds,
+                  "drawing: leave the point clouds (layers named after each cloud) out");
     cmd->callback([args, setRun] { setRun([args] { return RunConvert(*args); }); });
 }
 

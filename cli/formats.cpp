@@ -5,8 +5,10 @@
 #include <cstdio>
 #include <cstring>
 
+#include "cad/display/doc_display.h"
 #include "cli/app.h"
 #include "cli/cli_ui.h"
+#include "dxfdwg/drawing_export.h"
 #include "host/document.h"
 #include "host/ui.h"
 #include "landxml_export/export_landxml.h"
@@ -101,6 +103,29 @@ TExchangeStatus ExportFile(CVantriDoc& doc, Format f, const ExportOptions& o) {
         // The CLI's UI answers the export dialog from --export-roads etc. and
         // the save dialog with -o made absolute.
         case Format::LandXML: return ExportLandXMLFile(doc);
+        case Format::DXF:
+        case Format::DWG: {
+            // The drawing is what the document's display shows; the command
+            // line has no screen that would have kept it up to date, so it is
+            // drawn now, with the contour interval asked for.
+            doc.GetCts()->SetInterval(o.contourInterval);
+            RefreshDocumentDisplay(doc);
+            // The export tells DWG from DXF by the name, so a DWG output must
+            // be named so.
+            const std::string path = AbsolutePath(o.output);
+            if (f == Format::DWG && !FIsDwgPath(path, true))
+                throw CliError(kExitUsage, o.output + ": a DWG output must be named *.dwg; nothing was written");
+            CCliUi* ui = dynamic_cast<CCliUi*>(HostUi());
+            if (ui) ui->ClearMessages();
+            TDrawingExportOutcome out;
+            TExchangeStatus st = ExportFileDxfDwg(&doc, path.c_str(), f == Format::DWG, &out);
+            if (out.dwg && out.saveResult == zedra::kSaveDwgUnsupported)
+                throw CliError(kExitUsage, o.output + ": DWG files are written as R2000 only (--dxf-version R2000); "
+                                                      "nothing was written");
+            // The message box the user would have seen, word for word.
+            if (!st.ok() && ui && !ui->Messages().empty()) st.message += " (" + ui->Messages().back() + ")";
+            return st;
+        }
         default: return NotYet(f);
     }
 }

@@ -6,6 +6,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "cad/display/doc_display.h"
 #include "cli/app.h"
 #include "cli/formats.h"
 
@@ -19,6 +20,7 @@ constexpr uintmax_t kProgressBytes = 4u << 20;
 
 Session::Session(const ImportOptions& imp, const ExportOptions& exp) : imp_(imp), ui_(imp, exp), uiScope_(&ui_) {
     ui_.SetProfileLibrary(doc_.GetLibProfile());
+    InstallDocumentDisplay(doc_);
     if (imp.trace.empty()) return;
     if (imp.trace == "-") {
         traceFile_ = stdout;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "host/target_drawing.h"
+#include "vesk/source_event.h"
 #include "vesk/geom.h"
 #include "vesk/string.h"
 
@@ -83,7 +84,9 @@ private:
     std::vector<CTri> tris_;
 };
 
-class CDtmPrj : public CTargetDrawingHolder {
+// A DTM project is its own change context: edits of one project are
+// bracketed by its BeginEvent/EndEvent.
+class CDtmPrj : public CTargetDrawingHolder, public vesk::CSourceEvent {
 public:
     explicit CDtmPrj(const vesk::String& name) : name_(name) {}
     const vesk::String& GetName() const { return name_; }

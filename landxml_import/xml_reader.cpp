@@ -25,6 +25,17 @@ bool ReadWholeFile(const char* path, std::string& out) {
     std::unique_ptr<FILE, Closer> f(std::fopen(path, "rb"));
     if (!f) return false;
     out.clear();
+    // Regular files are read in one go into a buffer of their size; pipes and
+    // files that grow meanwhile go on in chunks.
+    if (std::fseek(f.get(), 0, SEEK_END) == 0) {
+        const long size = std::ftell(f.get());
+        std::rewind(f.get());
+        if (size > 0) {
+            out.resize(static_cast<size_t>(size));
+            out.resize(std::fread(out.data(), 1, out.size(), f.get()));
+            if (out.size() < static_cast<size_t>(size)) return !std::ferror(f.get());
+        }
+    }
     char chunk[1 << 16];
     for (;;) {
         const size_t n = std::fread(chunk, 1, sizeof chunk, f.get());

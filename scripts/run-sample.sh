@@ -1,6 +1,6 @@
 #!/bin/sh
 # The main job on the bundled sample: installs what is missing, builds roadx,
-# converts samples/road.xml to every output format and shows what it holds.
+# shows what samples/road.xml holds and converts it to every output format.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
@@ -9,10 +9,9 @@ out=${OUT:-build/sample-out}
 mkdir -p "$out"
 roadx=build/cli/roadx
 $roadx info samples/road.xml
-for fmt in xml rd3 dxf; do
-  if $roadx convert samples/road.xml -o "$out/road.$fmt" --yes; then
-    echo "wrote $out/road.$fmt"
-  else
-    echo "could not write $out/road.$fmt" >&2
-  fi
+for fmt in xml rd3 dxf dwg; do
+  $roadx convert samples/road.xml -o "$out/road.$fmt" --yes
+  echo "wrote $out/road.$fmt ($(wc -c < "$out/road.$fmt") bytes)"
 done
+# The RD3 file read back: the same road.
+$roadx info "$out/road.rd3"

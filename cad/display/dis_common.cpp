@@ -54,6 +54,10 @@ DrawingHandle AddNamedDrawing(CZedraEng& eng, const std::string& base) {
     return h;
 }
 
+std::string ObjectDrawingName(const char* prefix, const std::string& name, int index) {
+    return std::string(prefix) + (name.empty() ? std::to_string(index + 1) : name);
+}
+
 std::string FormatElevation(double z) { return vesk::Format("%.3f", z); }
 
 void CDisBase::AnnullaTutto() {

@@ -54,6 +54,10 @@ unsigned NextDrawingColour(const CZedraEng& eng);
 // Adds a visible, unlocked, public drawing of a free name and a new colour.
 DrawingHandle AddNamedDrawing(CZedraEng& eng, const std::string& base);
 
+// The base name of an object's drawing: prefix + name, or prefix + its
+// 1-based position when it has no name.
+std::string ObjectDrawingName(const char* prefix, const std::string& name, int index);
+
 // Elevation label text, three decimals, never locale-dependent.
 std::string FormatElevation(double z);
 

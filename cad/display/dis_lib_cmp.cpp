@@ -24,7 +24,7 @@ void CDisLibCmp::CreaTutto(bool b3D, bool visibleOnly) {
     for (int j = 0; j < lib->GetJobArSize(); ++j) {
         CJob* job = lib->GetJobAt(j);
         if (lib->GetStaArSize(j) == 0) continue;
-        const DrawingHandle d = EnsureTarget(*job, "TS_" + job->GetNome());
+        const DrawingHandle d = EnsureTarget(*job, ObjectDrawingName("TS_", job->GetNome(), j));
         if (!Shown(d, visibleOnly)) continue;
         for (int s = 0; s < lib->GetStaArSize(j); ++s) {
             const CSta* sta = lib->GetStaAt(j, s);

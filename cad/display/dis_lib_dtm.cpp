@@ -34,15 +34,15 @@ void CDisLibDtm::AddAllDtm(bool visibleOnly) {
     CLibDtm* lib = doc_->GetLibDtm();
     if (!lib) return;
     for (unsigned i = 0; i < lib->GetNoPrj(); ++i)
-        if (CDtmPrj* prj = lib->GetPrj(i)) AddDtm(*prj, visibleOnly);
+        if (CDtmPrj* prj = lib->GetPrj(i)) AddDtm(*prj, static_cast<int>(i), visibleOnly);
 }
 
-void CDisLibDtm::AddDtm(CDtmPrj& prj, bool visibleOnly) {
+void CDisLibDtm::AddDtm(CDtmPrj& prj, int index, bool visibleOnly) {
     const CTris& tris = *prj.GetTris();
     if (tris.GetNoTris() == 0 && prj.GetCntsExt()->GetNoCnts() == 0 && prj.GetCntsInt()->GetNoCnts() == 0 &&
         prj.GetVncs()->GetNoVncs() == 0)
         return;
-    const DrawingHandle d = EnsureTarget(prj, kPrefixDtm + prj.GetName(), true);
+    const DrawingHandle d = EnsureTarget(prj, ObjectDrawingName(kPrefixDtm, prj.GetName(), index), true);
     if (!Shown(d, visibleOnly)) return;
     const zedra::TEntAttr a = Attr(d);
     const auto& verts = tris.Verts();

@@ -20,7 +20,7 @@ public:
     void SetTargetDrawingOfPrj(CDtmPrj* prj, DrawingHandle h);
 
 private:
-    void AddDtm(CDtmPrj& prj, bool visibleOnly);
+    void AddDtm(CDtmPrj& prj, int index, bool visibleOnly);
 };
 
 namespace roadx::display {

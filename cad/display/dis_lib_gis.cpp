@@ -15,7 +15,7 @@ void CDisLibGis::CreaTutto() {
     for (int t = 0; t < lib->GetNumThemes(); ++t) {
         gis::CTheme* theme = lib->GetTheme(t);
         if (!theme || theme->Features().empty()) continue;
-        const DrawingHandle d = EnsureTarget(*theme, "GIS_" + theme->GetName());
+        const DrawingHandle d = EnsureTarget(*theme, ObjectDrawingName("GIS_", theme->GetName(), t));
         const vesk::geom::PNT_3D* firstDrawn = nullptr;
         for (const auto& f : theme->Features()) {
             if (f.kind == gis::CTheme::Feature::POINT) {

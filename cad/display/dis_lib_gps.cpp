@@ -28,7 +28,7 @@ void CDisLibGps::CreaTutto(bool b3D, bool visibleOnly) {
         CGrpGps* grp = lib->GetGrpAt(g);
         const bool baseOk = IsDefinedXY(grp->GetCoordX(), grp->GetCoordY());
         if (!baseOk && lib->GetPunArSize(g) == 0) continue;
-        const DrawingHandle d = EnsureTarget(*grp, "GPS_" + grp->GetNomeGrp());
+        const DrawingHandle d = EnsureTarget(*grp, ObjectDrawingName("GPS_", grp->GetNomeGrp(), g));
         if (!Shown(d, visibleOnly)) continue;
         const vesk::geom::PNT_3D base = At(grp->GetCoordX(), grp->GetCoordY(), grp->GetCoordZ(), b3D);
         if (baseOk) {

@@ -14,7 +14,7 @@ void CDisLibPnt::CreaTutto(bool b3D, bool visibleOnly) {
     for (int g = 0; g < lib->GetGrpArSize(); ++g) {
         CGrpPnt* grp = lib->GetGrpAt(g);
         if (lib->GetPtnArSize(g) == 0) continue;
-        const DrawingHandle d = EnsureTarget(*grp, "Punti_" + grp->GetName());
+        const DrawingHandle d = EnsureTarget(*grp, ObjectDrawingName("Punti_", grp->GetName(), g));
         if (!Shown(d, visibleOnly)) continue;
         for (int i = 0; i < lib->GetPtnArSize(g); ++i) {
             const CPunPnt* p = lib->GetPtnAt(g, i);

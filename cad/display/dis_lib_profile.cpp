@@ -30,8 +30,14 @@ std::vector<double> GradeChainages(const CProfileAlti& line, double first, doubl
     const auto [lo, hi] = std::minmax_element(c.begin(), c.end());
     const double a = std::max(*lo, first), b = std::min(*hi, last);
     if (a < b) {
+        // Counted, not accumulated: far from 0 a step may be below the
+        // spacing of doubles.
         const double s = std::max(step, (b - a) / kMaxSamples);
-        for (double x = std::ceil(a / s) * s; x < b; x += s) c.push_back(x);
+        for (int i = 1; i < static_cast<int>(kMaxSamples); ++i) {
+            const double x = a + i * s;
+            if (!(x < b)) break;
+            c.push_back(x);
+        }
     }
     std::erase_if(c, [&](double x) { return !std::isfinite(x) || x < first || x > last; });
     std::sort(c.begin(), c.end());

@@ -8,7 +8,9 @@
 using namespace roadx::display;
 
 namespace {
-constexpr double kMaxTicks = 1e6;  // beyond this (a chainage gone wild) only the ends get ticks
+// Beyond these (chainages gone wild) only the ends get ticks.
+constexpr double kMaxTicks = 1e6;
+constexpr double kMaxChainage = 1e12;
 }
 
 CDisRoad::CDisRoad(CZedraEng* eng, IVantriDati* doc) : CDisBase(eng, doc, kTagRoad) {}
@@ -19,11 +21,11 @@ void CDisRoad::AddAllRoads() {
     CLibRoad* lib = doc_->GetLibRoad();
     if (!lib) return;
     for (unsigned i = 0; i < lib->GetNumRoads(); ++i)
-        if (CRoad* r = lib->GetRoad(i); r && !r->IsEmpty()) AddRoad(*r);
+        if (CRoad* r = lib->GetRoad(i); r && !r->IsEmpty()) AddRoad(*r, static_cast<int>(i));
 }
 
-void CDisRoad::AddRoad(CRoad& road) {
-    const DrawingHandle d = EnsureTarget(road, kPrefixRoad + road.GetName(), true);
+void CDisRoad::AddRoad(CRoad& road, int index) {
+    const DrawingHandle d = EnsureTarget(road, ObjectDrawingName(kPrefixRoad, road.GetName(), index), true);
     const zedra::TEntAttr a = Attr(d);
     const std::vector<CPlaniElem*> elems = road.RetrieveLinkedPlaniElems();
     double first = INFINITY, last = -INFINITY;
@@ -63,7 +65,7 @@ void CDisRoad::AddRoad(CRoad& road) {
     // Ticks at the multiples of the step strictly inside, long ones at the
     // ends.
     AddTick(d, elems, first, true);
-    if ((last - first) / kTickStep > kMaxTicks) {
+    if ((last - first) / kTickStep > kMaxTicks || std::fabs(first) > kMaxChainage || std::fabs(last) > kMaxChainage) {
         AddTick(d, elems, last, true);
         return;
     }

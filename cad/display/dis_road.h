@@ -23,6 +23,6 @@ public:
     void DelAllRoads() { AnnullaTutto(); }
 
 private:
-    void AddRoad(CRoad& road);
+    void AddRoad(CRoad& road, int index);
     void AddTick(DrawingHandle d, const std::vector<CPlaniElem*>& elems, double prog, bool labelled);
 };

@@ -14,6 +14,8 @@ namespace {
 
 using vesk::geom::PNT_3D;
 
+constexpr double kMaxLevelNumber = 1e15;
+
 // One piece of a contour inside a triangle: its ends are on two edges.
 struct TSeg {
     long long level;
@@ -120,10 +122,17 @@ void ChainLevel(const std::vector<PNT_3D>& v, const TSeg* segs, size_t n, double
         TContour c;
         c.level = segs[start].level;
         c.z = z;
-        c.closed = closed;
         c.pts.reserve(fwd.size());
-        for (const int32_t* e : fwd) c.pts.push_back(EdgePoint(v, e, z));
-        out.push_back(std::move(c));
+        // A line through a vertex at its level meets that vertex from two
+        // edges: the repeated point is dropped, and a line that only
+        // touches the surface at one point is no line.
+        for (const int32_t* e : fwd) {
+            const PNT_3D p = EdgePoint(v, e, z);
+            if (c.pts.empty() || !(c.pts.back() == p)) c.pts.push_back(p);
+        }
+        while (closed && c.pts.size() > 1 && c.pts.back() == c.pts.front()) c.pts.pop_back();
+        c.closed = closed && c.pts.size() > 2;
+        if (c.pts.size() >= 2) out.push_back(std::move(c));
     }
 }
 
@@ -147,6 +156,8 @@ std::vector<TContour> ComputeContours(const CTris& tris, double interval, size_t
         }
     }
     if (!(zmin <= zmax) || (zmax - zmin) / interval > static_cast<double>(maxLevels)) return out;
+    // Level numbers must fit the integers they are counted in.
+    if (std::fabs(zmin / interval) > kMaxLevelNumber || std::fabs(zmax / interval) > kMaxLevelNumber) return out;
     std::vector<TSeg> segs;
     for (const CTri& t : tris.Tris())
         if (ok(t.v[0]) && ok(t.v[1]) && ok(t.v[2])) CollectSegments(v, t, interval, segs);

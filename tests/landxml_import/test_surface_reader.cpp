@@ -233,3 +233,17 @@ TEST(SurfaceReader, UnknownIdsAreLeftToTheBuilder) {
 }
 
 }  // namespace
+
+TEST(SurfaceReader, EachProjectIsFilledInsideOneChangeEventOfItsOwn) {
+    SurfaceRun r;
+    int heard = 0;
+    r.Run(kTwoSurfaces, {"S1", "S2"});
+    ASSERT_EQ(r.doc.GetLibDtm()->GetNoPrj(), 2u);
+    for (unsigned i = 0; i < 2; ++i) {
+        CDtmPrj* p = r.doc.GetLibDtm()->GetPrj(i);
+        EXPECT_EQ(p->GetBatchCount(), 1) << i;
+        EXPECT_EQ(p->GetDepth(), 0) << "every event ended";
+        heard += p->GetBatchCount();
+    }
+    EXPECT_EQ(heard, 2);
+}
