@@ -5,35 +5,12 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "cad/save_errors.h"
 #include "cad/zedra_types.h"
 
 namespace zedra::dwg {
 
 namespace {
-
-int OpenErrorResult(int err) {
-    switch (err) {
-        case ENOSPC:
-        case EDQUOT: return kSaveDiskFull;
-        case EMFILE:
-        case ENFILE:
-        case ENOMEM:
-        case EIO: return kSaveIoError;
-        default: return kSaveNotAllowed;  // EACCES, EPERM, EROFS, ENOENT, ENOTDIR, EISDIR, ...
-    }
-}
-
-int WriteErrorResult(int err) {
-    switch (err) {
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG: return kSaveDiskFull;
-        case EACCES:
-        case EPERM:
-        case EROFS: return kSaveNotAllowed;
-        default: return kSaveIoError;
-    }
-}
 
 int WriteAll(int fd, const uint8_t* p, size_t left) {
     while (left > 0) {

@@ -9,35 +9,12 @@
 #include <unistd.h>
 
 #include "cad/dxf_text.h"
+#include "cad/save_errors.h"
 #include "cad/zedra_types.h"
 
 namespace zedra::dxf {
 
 namespace {
-
-int OpenErrorResult(int err) {
-    switch (err) {
-        case ENOSPC:
-        case EDQUOT: return kSaveDiskFull;
-        case EMFILE:
-        case ENFILE:
-        case ENOMEM:
-        case EIO: return kSaveIoError;
-        default: return kSaveNotAllowed;  // EACCES, EPERM, EROFS, ENOENT, ENOTDIR, EISDIR, ...
-    }
-}
-
-int WriteErrorResult(int err) {
-    switch (err) {
-        case ENOSPC:
-        case EDQUOT:
-        case EFBIG: return kSaveDiskFull;
-        case EACCES:
-        case EPERM:
-        case EROFS: return kSaveNotAllowed;
-        default: return kSaveIoError;
-    }
-}
 
 // Appends ".0" when the text has neither a point nor an exponent, so that
 // readers that tell reals from integers by their text see a real.
