@@ -4,7 +4,7 @@
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
-scripts/build.sh build -DROADX_TESTS=OFF -DROADX_BENCH=OFF
+scripts/build.sh build -DROADX_SANITIZE=OFF
 out=${OUT:-build/sample-out}
 mkdir -p "$out"
 roadx=build/cli/roadx
