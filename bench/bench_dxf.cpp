@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -20,8 +21,8 @@ void BuildSurface(CZedraEng& eng, int nx, int ny) {
     for (int i = 0; i < nx; ++i)
         for (int j = 0; j < ny; ++j) {
             const double x0 = 1500000.0 + i * 2.5, y0 = 5000000.0 + j * 2.5;
-            const zedra::PNT_3D a(x0, y0, z(i, j)), b(x0 + 2.5, y0, z(i + 1, j));
-            const zedra::PNT_3D c(x0 + 2.5, y0 + 2.5, z(i + 1, j + 1)), d(x0, y0 + 2.5, z(i, j + 1));
+            const roadx::cad::PNT_3D a(x0, y0, z(i, j)), b(x0 + 2.5, y0, z(i + 1, j));
+            const roadx::cad::PNT_3D c(x0 + 2.5, y0 + 2.5, z(i + 1, j + 1)), d(x0, y0 + 2.5, z(i, j + 1));
             eng.Add3DFace({dtm}, a, b, c);
             eng.Add3DFace({dtm}, a, c, d);
         }
@@ -30,7 +31,8 @@ void BuildSurface(CZedraEng& eng, int nx, int ny) {
 void BM_Dxf1MFaces(benchmark::State& state) {
     CZedraEng eng(0, nullptr, true);
     BuildSurface(eng, 1000, 500);
-    const std::string path = "/tmp/roadx_bench_dxf_" + std::to_string(getpid()) + ".dxf";
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("roadx_bench_dxf_" + std::to_string(getpid()) + ".dxf")).string();
     const auto ver = state.range(0) == 12 ? ZEDRA_DXFDWG_VER_R12 : ZEDRA_DXFDWG_VER_R2000;
     for (auto _ : state) {
         const int r = eng.SaveFileDXF(path, false, false, false, false, false, ver, 0);

@@ -4,37 +4,30 @@
 // and drawn again after, as in the host. Time per export and file size.
 #include <benchmark/benchmark.h>
 #include <sys/stat.h>
+#include <filesystem>
 #include <unistd.h>
 
 #include <cmath>
 #include <cstdio>
 #include <string>
 
-#include "cad/display/doc_display.h"
+#include "display/doc_display.h"
 #include "cad/zedra_eng.h"
 #include "dxfdwg/drawing_export.h"
 #include "host/document.h"
 #include "host/load_vantri_dati.h"
+#include "host/null_ui.h"
 #include "host/ui.h"
+#include "exchange/exchange.h"
 
 namespace {
 
 // Answers the export dialogs: the defaults, every drawing.
-class CBenchUi : public CHostUi {
+class CBenchUi : public roadx::host::CNullUi {
 public:
-    bool DlgImportLandXML(bool, bool, const std::vector<CString>&, const std::vector<CString>&, bool,
-                          const std::vector<CString>&, const std::vector<vesk::String>&,
-                          TImportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
     bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return true; }
     bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return true; }
-    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
     void Message(const std::string&, const std::string& text) override { failed = text; }
-    bool QuestionYesNo(const std::string&, const std::string&) override { return false; }
     std::string failed;
 };
 
@@ -67,7 +60,8 @@ void BM_ExportSurface1MTriangles(benchmark::State& state) {
     RefreshDocumentDisplay(doc);
     CBenchUi ui;
     CHostUiScope scope(&ui);
-    const std::string path = "/tmp/roadx_bench_export_" + std::to_string(getpid()) + ".dxf";
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("roadx_bench_export_" + std::to_string(getpid()) + ".dxf")).string();
     const auto ver = state.range(0) == 12 ? ZEDRA_DXFDWG_VER_R12 : ZEDRA_DXFDWG_VER_R2000;
     size_t entities = 0;
     for (auto _ : state) {

@@ -60,7 +60,7 @@ void Export(benchmark::State& state, const char* path) {
     for (auto _ : state) {
         ResetPeak();
         const long before = StatusKb("VmRSS");
-        const TExchangeStatus st = WriteLandXMLFileStatus({}, *doc.GetLibCmp(), {}, *doc.GetLibGps(), {},
+        const TExchangeStatus st = roadx::landxml::WriteLandXMLFileStatus({}, *doc.GetLibCmp(), {}, *doc.GetLibGps(), {},
                                                           *doc.GetLibPnt(), {}, {doc.GetLibDtm()->GetPrj(0)}, path);
         if (!st.ok()) state.SkipWithError(st.message.c_str());
         grewKb = std::max(grewKb, StatusKb("VmHWM") - before);
@@ -77,7 +77,10 @@ void Export(benchmark::State& state, const char* path) {
 }
 
 void BM_ExportSurfaceToFile(benchmark::State& state) {
-    const std::string path = "/tmp/roadx_bench_landxml_export_" + std::to_string(getpid()) + ".xml";
+    const std::string path =
+        (std::filesystem::temp_directory_path() /
+         ("roadx_bench_landxml_export_" + std::to_string(getpid()) + ".xml"))
+            .string();
     Export(state, path.c_str());
     std::remove(path.c_str());
 }
@@ -91,14 +94,17 @@ BENCHMARK(BM_ExportSurfaceToFile)->Unit(benchmark::kMillisecond)->Iterations(5);
 void BM_ExportSurfaceToDevNull(benchmark::State& state) {
     CVantriDoc doc;
     BuildSurface(doc);
-    const std::string sizing = "/tmp/roadx_bench_landxml_size_" + std::to_string(getpid()) + ".xml";
-    WriteLandXMLFileStatus({}, *doc.GetLibCmp(), {}, *doc.GetLibGps(), {}, *doc.GetLibPnt(), {},
+    const std::string sizing =
+        (std::filesystem::temp_directory_path() /
+         ("roadx_bench_landxml_size_" + std::to_string(getpid()) + ".xml"))
+            .string();
+    roadx::landxml::WriteLandXMLFileStatus({}, *doc.GetLibCmp(), {}, *doc.GetLibGps(), {}, *doc.GetLibPnt(), {},
                            {doc.GetLibDtm()->GetPrj(0)}, sizing.c_str());
     std::error_code ec;
     const auto bytes = std::filesystem::file_size(sizing, ec);
     std::remove(sizing.c_str());
     for (auto _ : state) {
-        const TExchangeStatus st = WriteLandXMLFileStatus({}, *doc.GetLibCmp(), {}, *doc.GetLibGps(), {},
+        const TExchangeStatus st = roadx::landxml::WriteLandXMLFileStatus({}, *doc.GetLibCmp(), {}, *doc.GetLibGps(), {},
                                                           *doc.GetLibPnt(), {}, {doc.GetLibDtm()->GetPrj(0)},
                                                           "/dev/null");
         if (!st.ok()) state.SkipWithError(st.message.c_str());

@@ -29,6 +29,7 @@
 #include <pugixml.hpp>
 
 #include "host/document.h"
+#include "host/null_ui.h"
 #include "host/ui.h"
 #include "landxml_import/import_landxml.h"
 #include "landxml_import/xml_reader.h"
@@ -125,7 +126,7 @@ bool Load(const char* path, long bytes) {
 }
 
 // Chooses every surface, alignment and point group.
-class CChooseAll : public CHostUi {
+class CChooseAll : public roadx::host::CNullUi {
 public:
     bool DlgImportLandXML(bool, bool, const std::vector<CString>& s, const std::vector<CString>& a, bool,
                           const std::vector<CString>&, const std::vector<vesk::String>&,
@@ -135,13 +136,6 @@ public:
         r.importPoints = true;
         return true;
     }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
-    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
-    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
-    void Message(const std::string&, const std::string&) override {}
     bool QuestionYesNo(const std::string&, const std::string&) override { return true; }
 };
 
@@ -151,7 +145,7 @@ bool Import(const char* path, long bytes) {
     CVantriDoc doc;
     const long newsBefore = g_newCalls.load();
     const auto t = Clock::now();
-    const TExchangeStatus st = ImportLandXMLFile(&doc, path, false, false);
+    const TExchangeStatus st = roadx::landxml::ImportLandXMLStatus(&doc, path, false, false);
     const double secs = Seconds(t);
     const long news = g_newCalls.load() - newsBefore;
     if (!st.ok()) {

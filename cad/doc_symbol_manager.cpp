@@ -4,7 +4,7 @@
 
 #include "cad/zedra_eng.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 
 int CDocSymbolManager::GetNoUserSymbols() const {
     int n = 0;

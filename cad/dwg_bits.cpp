@@ -4,7 +4,7 @@
 #include <bit>
 #include <cstring>
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -174,4 +174,4 @@ uint16_t Crc8(uint16_t seed, const uint8_t* p, size_t n) {
     return static_cast<uint16_t>(dx);
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

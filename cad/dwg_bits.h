@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 // Handle reference codes: the relation of the referring object to the
 // referred one.
@@ -77,4 +77,4 @@ uint16_t Crc8(uint16_t seed, const uint8_t* p, size_t n);
 // Seed of the CRCs of sections and objects.
 inline constexpr uint16_t kCrcSeed = 0xC0C1;
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

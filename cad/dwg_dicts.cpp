@@ -6,7 +6,7 @@
 
 #include "cad/dwg_write_ctx.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -126,4 +126,4 @@ void WriteDictionaries(CDwgCtx& c) {
     Layout(c, f.layoutPaper, "Layout1", 1, c.g.paperSpace);
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -7,7 +7,7 @@
 #include "cad/dwg_write_ctx.h"
 #include "cad/zedra_eng.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -332,4 +332,4 @@ void WriteBlocksAndEntities(CDwgCtx& c) {
     BlockContent(c, c.g.modelSpace, EntityHandles(c.eng, c.g, c.g.modelSpace), kEntModeModel);
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

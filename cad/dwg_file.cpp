@@ -10,7 +10,7 @@
 #include "cad/dwg_sections.h"
 #include "cad/zedra_eng.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -232,4 +232,4 @@ std::vector<uint8_t> AssembleFile(CDwgCtx& c) {
     return out;
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -5,8 +5,8 @@
 
 #include "cad/dwg_write_ctx.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 std::vector<uint8_t> AssembleFile(CDwgCtx& c);
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -8,7 +8,7 @@
 #include "cad/save_errors.h"
 #include "cad/zedra_types.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -39,4 +39,4 @@ int WriteFileBytes(const std::string& path, const std::vector<uint8_t>& data) {
     return result;
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
-// Creates or truncates path and writes data. Returns a zedra::kSave...
+// Creates or truncates path and writes data. Returns a roadx::cad::kSave...
 // result; a regular file that failed part way is removed.
 int WriteFileBytes(const std::string& path, const std::vector<uint8_t>& data);
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -9,7 +9,7 @@
 #include "cad/dwg_write_ctx.h"
 #include "cad/zedra_eng.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -163,4 +163,4 @@ std::vector<uint8_t> HeaderVariables(const CDwgCtx& c) {
     return d.Bytes();
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

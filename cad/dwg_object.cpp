@@ -1,6 +1,6 @@
 #include "cad/dwg_object.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -73,4 +73,4 @@ void CEntWriter::CommonHandles() {
     h.H(kHardPointer, c_.layer);
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

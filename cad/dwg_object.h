@@ -10,7 +10,7 @@
 
 #include "cad/dwg_bits.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 // Object types with a fixed number.
 enum EObjType : int16_t {
@@ -108,4 +108,4 @@ private:
     TEntityCommon c_;
 };
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

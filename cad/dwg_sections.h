@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 using TSentinel = std::array<uint8_t, 16>;
 
@@ -63,4 +63,4 @@ struct TMapEntry {
 // must be sorted by handle.
 std::vector<uint8_t> ObjectMap(const std::vector<TMapEntry>& entries);
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

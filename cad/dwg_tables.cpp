@@ -7,7 +7,7 @@
 
 #include "cad/dwg_write_ctx.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 namespace {
 
@@ -237,4 +237,4 @@ void WriteTableRecords(CDwgCtx& c) {
     Dimstyle(c);
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

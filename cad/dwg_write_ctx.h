@@ -14,7 +14,7 @@
 
 class CZedraEng;
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 struct TObjLoc {
     uint64_t handle;
@@ -59,4 +59,4 @@ void WriteDictionaries(CDwgCtx& c);
 // The data of the header variables section (without sentinels, size, CRC).
 std::vector<uint8_t> HeaderVariables(const CDwgCtx& c);
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -5,7 +5,7 @@
 #include "cad/dxf_text.h"
 #include "cad/zedra_eng.h"
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 CDwgCtx::CDwgCtx(const CZedraEng& e, const dxf::TGraph& graph, bool vars)
     : eng(e), g(graph), saveVars(vars), vpEntHdrControl(graph.handSeed), handSeed(graph.handSeed + 1) {}
@@ -40,4 +40,4 @@ int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, 
     return WriteFileBytes(path, BuildDwg(eng, opt, saveVars));
 }
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

@@ -9,14 +9,14 @@
 
 class CZedraEng;
 
-namespace zedra::dwg {
+namespace roadx::cad::dwg {
 
 // The bytes of the file. opt.version must be R2000.
 std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars);
 
 // saveVars: write the engine's drawing variables, not the defaults of a new
-// drawing. Returns a zedra::kSave... result: kSaveDwgUnsupported (nothing
+// drawing. Returns a roadx::cad::kSave... result: kSaveDwgUnsupported (nothing
 // written) for R12, the only other version the engine knows.
 int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, const std::string& path);
 
-}  // namespace zedra::dwg
+}  // namespace roadx::cad::dwg

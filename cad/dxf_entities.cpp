@@ -3,7 +3,7 @@
 
 #include "cad/dxf_write_ctx.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 namespace {
 
@@ -194,4 +194,4 @@ void WriteEntities(CWriteCtx& c) {
     c.out.Str(0, "ENDSEC");
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

@@ -7,7 +7,7 @@
 #include "cad/zedra_eng.h"
 #include "cad/zedra_names.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 namespace {
 
@@ -216,4 +216,4 @@ TGraph BuildGraph(const CZedraEng& eng, const TSaveOptions& opt) {
     return g;
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

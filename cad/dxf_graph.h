@@ -18,7 +18,7 @@
 
 class CZedraEng;
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 struct TSaveOptions {
     bool visibleOnly = false;
@@ -92,4 +92,4 @@ uint64_t HandleCount(const CZedraEng& eng, const TGraph& g, const TEntRef& r);
 
 TGraph BuildGraph(const CZedraEng& eng, const TSaveOptions& opt);
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

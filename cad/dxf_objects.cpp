@@ -2,7 +2,7 @@
 // readers expect under it (groups, layouts, multiline styles, plot styles).
 #include "cad/dxf_write_ctx.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 namespace {
 
@@ -120,4 +120,4 @@ void WriteObjects(CWriteCtx& c) {
     out.Str(0, "ENDSEC");
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

@@ -12,7 +12,7 @@
 #include "cad/save_errors.h"
 #include "cad/zedra_types.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 namespace {
 
@@ -160,4 +160,4 @@ void CDxfOut::Hex(int code, uint64_t value) {
     used_ = static_cast<size_t>(r.ptr + 1 - buf_.data());
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

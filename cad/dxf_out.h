@@ -11,7 +11,7 @@
 
 #include "cad/dxf_text.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 class CDxfOut {
 public:
@@ -20,7 +20,7 @@ public:
     CDxfOut(const CDxfOut&) = delete;
     CDxfOut& operator=(const CDxfOut&) = delete;
 
-    // Creates or truncates path. Returns a zedra::kSave... result.
+    // Creates or truncates path. Returns a roadx::cad::kSave... result.
     int Open(const std::string& path);
     // Flushes and closes; a failure of any write so far, of the flush or of
     // the close is the result. A regular file that failed is removed.
@@ -61,4 +61,4 @@ private:
 // ".0" where the text would otherwise read as an integer. Returns the end.
 char* FormatReal(char* p, double v);
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

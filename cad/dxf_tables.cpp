@@ -4,7 +4,7 @@
 
 #include "cad/dxf_write_ctx.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 namespace {
 
@@ -197,4 +197,4 @@ void WriteTables(CWriteCtx& c) {
     c.out.Str(0, "ENDSEC");
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

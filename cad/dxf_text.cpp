@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 namespace {
 
@@ -108,4 +108,4 @@ std::string SanitizeTableName(std::string_view utf8) {
     return out;
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

@@ -10,7 +10,7 @@
 #include <string>
 #include <string_view>
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 enum class EEncoding {
     Text,  // ASCII and escapes; '^' becomes "^ " (a bare caret starts a control code)
@@ -31,4 +31,4 @@ unsigned char ToCp1252(uint32_t cp);
 // UTF-8; it is encoded when written.
 std::string SanitizeTableName(std::string_view utf8);
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

@@ -7,7 +7,7 @@
 #include "cad/dxf_out.h"
 #include "cad/zedra_eng.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 class CWriteCtx {
 public:
@@ -45,4 +45,4 @@ void WriteObjects(CWriteCtx& c);
 // One engine entity, with the next entity handles, owned by owner.
 void WriteEntity(CWriteCtx& c, const TEntRef& r, uint64_t owner);
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

@@ -3,7 +3,7 @@
 #include "cad/dxf_text.h"
 #include "cad/dxf_write_ctx.h"
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 CWriteCtx::CWriteCtx(CDxfOut& o, const CZedraEng& e, const TGraph& graph)
     : out(o), eng(e), g(graph), nextEntityHandle(graph.firstEntityHandle) {
@@ -132,4 +132,4 @@ int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const
     return out.Close();
 }
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

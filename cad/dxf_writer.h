@@ -7,10 +7,10 @@
 
 class CZedraEng;
 
-namespace zedra::dxf {
+namespace roadx::cad::dxf {
 
 // saveVars: write the engine's drawing variables to the header, not only
-// what a reader needs. Returns a zedra::kSave... result.
+// what a reader needs. Returns a roadx::cad::kSave... result.
 int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const std::string& path);
 
-}  // namespace zedra::dxf
+}  // namespace roadx::cad::dxf

@@ -4,7 +4,7 @@
 
 #include "cad/zedra_types.h"
 
-namespace zedra {
+namespace roadx::cad {
 
 int OpenErrorResult(int err) {
     switch (err) {
@@ -15,6 +15,18 @@ int OpenErrorResult(int err) {
         case ENOMEM:
         case EIO: return kSaveIoError;
         default: return kSaveNotAllowed;  // EACCES, EPERM, EROFS, ENOENT, ENOTDIR, EISDIR, ...
+    }
+}
+
+std::string SaveResultText(int result) {
+    switch (result) {
+        case kSaveOk: return "";
+        case kSaveDiskFull: return "disk full";
+        case kSaveNotAllowed: return "writing not allowed";
+        case kSaveDwgUnsupported: return "DWG files are written as R2000 only; nothing was written";
+        case kSaveBadVersion: return "unknown drawing file version; nothing was written";
+        case kSaveIoError: return "write error";
+        default: return "the drawing could not be written (result " + std::to_string(result) + ")";
     }
 }
 
@@ -30,4 +42,4 @@ int WriteErrorResult(int err) {
     }
 }
 
-}  // namespace zedra
+}  // namespace roadx::cad

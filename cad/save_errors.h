@@ -1,12 +1,18 @@
 // How the engine's savers turn an errno into their result codes (disk full,
-// writing not allowed, other I/O error); DXF and DWG share it.
+// writing not allowed, other I/O error), and a result into words; DXF and
+// DWG share it.
 #pragma once
+#include <string>
 
-namespace zedra {
+namespace roadx::cad {
 
 // A failure to create or open the output file.
 int OpenErrorResult(int err);
 // A failure while writing, flushing or closing it.
 int WriteErrorResult(int err);
 
-}  // namespace zedra
+// One line naming a save result for the user ("disk full", ...); "" for
+// kSaveOk. The one place a result becomes text.
+std::string SaveResultText(int result);
+
+}  // namespace roadx::cad

@@ -4,7 +4,7 @@
 
 #include "cad/zedra_eng.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 
 // Holders reference drawings of the engine they live in, so reference
 // counts are not carried over: every drawing of the copy starts at 0.

@@ -71,7 +71,7 @@ uint64_t CZedraEng::AddDrawing(int type, const std::string& name, bool visible, 
 
 uint64_t CZedraEng::GetDrawingFromName(const std::string& name) const {
     for (const auto& d : drawings_)
-        if (zedra::SameName(d.name, name)) return d.handle;
+        if (roadx::cad::SameName(d.name, name)) return d.handle;
     return 0;
 }
 
@@ -186,7 +186,7 @@ const TZedraBlock* CZedraEng::FindBlock(uint64_t h) const {
     return it == blockIndex_.end() ? nullptr : &blocks_[it->second];
 }
 
-uint64_t CZedraEng::AddBlock(const std::string& name, bool priv, const zedra::PNT_3D& base, bool userSymbol) {
+uint64_t CZedraEng::AddBlock(const std::string& name, bool priv, const roadx::cad::PNT_3D& base, bool userSymbol) {
     if (name.empty() || GetBlockFromName(name) != 0) return 0;
     TZedraBlock b;
     b.handle = NewHandle();
@@ -202,7 +202,7 @@ uint64_t CZedraEng::AddBlock(const std::string& name, bool priv, const zedra::PN
 
 uint64_t CZedraEng::GetBlockFromName(const std::string& name) const {
     for (const auto& b : blocks_)
-        if (zedra::SameName(b.name, name)) return b.handle;
+        if (roadx::cad::SameName(b.name, name)) return b.handle;
     return 0;
 }
 

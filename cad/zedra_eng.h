@@ -35,7 +35,7 @@ struct TZedraDrawing {
 struct TZedraBlock {
     uint64_t handle = 0;
     std::string name;
-    zedra::PNT_3D base;
+    roadx::cad::PNT_3D base;
     bool priv = false;
     bool userSymbol = false;
 };
@@ -111,7 +111,7 @@ public:
 
     // ---- blocks
     // Returns 0 when the name is empty or taken (ASCII case ignored).
-    uint64_t AddBlock(const std::string& name, bool priv, const zedra::PNT_3D& base = {}, bool userSymbol = false);
+    uint64_t AddBlock(const std::string& name, bool priv, const roadx::cad::PNT_3D& base = {}, bool userSymbol = false);
     uint64_t GetBlockFromName(const std::string& name) const;
     const TZedraBlock* FindBlock(uint64_t h) const;
     const std::vector<TZedraBlock>& GetBlocks() const { return blocks_; }
@@ -129,50 +129,50 @@ public:
     // for an unknown drawing or block, a colour outside 0..256, a non-finite
     // number, a radius, text height or insert scale that is 0 (or a radius
     // or height below 0), or too few vertices.
-    uint64_t AddPoint(const zedra::TEntAttr& a, const zedra::PNT_3D& p);
-    uint64_t AddLine(const zedra::TEntAttr& a, const zedra::PNT_3D& p1, const zedra::PNT_3D& p2);
-    uint64_t AddArc(const zedra::TEntAttr& a, const zedra::PNT_3D& centre, double radius, double startRad, double endRad);
-    uint64_t AddCircle(const zedra::TEntAttr& a, const zedra::PNT_3D& centre, double radius);
+    uint64_t AddPoint(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& p);
+    uint64_t AddLine(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& p1, const roadx::cad::PNT_3D& p2);
+    uint64_t AddArc(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& centre, double radius, double startRad, double endRad);
+    uint64_t AddCircle(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& centre, double radius);
     // At least two vertices; elevation is the constant z of the whole polyline.
-    uint64_t AddPolyline2D(const zedra::TEntAttr& a, const std::vector<zedra::TVertex2D>& v, bool closed, double elevation = 0.0);
-    uint64_t AddPolyline3D(const zedra::TEntAttr& a, const std::vector<zedra::PNT_3D>& v, bool closed);
+    uint64_t AddPolyline2D(const roadx::cad::TEntAttr& a, const std::vector<roadx::cad::TVertex2D>& v, bool closed, double elevation = 0.0);
+    uint64_t AddPolyline3D(const roadx::cad::TEntAttr& a, const std::vector<roadx::cad::PNT_3D>& v, bool closed);
     // A triangle when p4 is omitted. invisibleEdges: bits 1, 2, 4, 8.
-    uint64_t Add3DFace(const zedra::TEntAttr& a, const zedra::PNT_3D& p1, const zedra::PNT_3D& p2, const zedra::PNT_3D& p3);
-    uint64_t Add3DFace(const zedra::TEntAttr& a, const zedra::PNT_3D& p1, const zedra::PNT_3D& p2, const zedra::PNT_3D& p3,
-                       const zedra::PNT_3D& p4, unsigned invisibleEdges = 0);
+    uint64_t Add3DFace(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& p1, const roadx::cad::PNT_3D& p2, const roadx::cad::PNT_3D& p3);
+    uint64_t Add3DFace(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& p1, const roadx::cad::PNT_3D& p2, const roadx::cad::PNT_3D& p3,
+                       const roadx::cad::PNT_3D& p4, unsigned invisibleEdges = 0);
     // text: UTF-8 (invalid sequences are written as '?').
-    uint64_t AddText(const zedra::TEntAttr& a, const zedra::PNT_3D& pos, double height, double rotationRad, std::string_view text,
-                     zedra::EHAlign h = zedra::EHAlign::Left, zedra::EVAlign v = zedra::EVAlign::Baseline);
+    uint64_t AddText(const roadx::cad::TEntAttr& a, const roadx::cad::PNT_3D& pos, double height, double rotationRad, std::string_view text,
+                     roadx::cad::EHAlign h = roadx::cad::EHAlign::Left, roadx::cad::EVAlign v = roadx::cad::EVAlign::Baseline);
     // Refused when the insert would make a block contain itself.
-    uint64_t AddInsert(const zedra::TEntAttr& a, uint64_t block, const zedra::PNT_3D& pos, double sx = 1.0, double sy = 1.0,
+    uint64_t AddInsert(const roadx::cad::TEntAttr& a, uint64_t block, const roadx::cad::PNT_3D& pos, double sx = 1.0, double sy = 1.0,
                        double sz = 1.0, double rotationRad = 0.0);
 
     size_t GetNoEntities() const;
-    size_t GetNoEntities(zedra::EEntKind kind) const;
+    size_t GetNoEntities(roadx::cad::EEntKind kind) const;
     // Entities on drawing h, model space and blocks alike.
     size_t GetNoEntitiesOfDrawing(uint64_t h) const;
-    size_t GetNoEntitiesOfDrawing(uint64_t h, zedra::EEntKind kind) const;
+    size_t GetNoEntitiesOfDrawing(uint64_t h, roadx::cad::EEntKind kind) const;
     // Bulk removal (each is one pass over the entities). Return how many went.
     size_t DeleteEntitiesOfDrawing(uint64_t h);
     size_t DeleteEntitiesWithTag(uint32_t tag);
     bool DeleteEntity(uint64_t handle);
 
     // Read access for writers and tests.
-    const std::vector<zedra::TPoint>& Points() const { return points_; }
-    const std::vector<zedra::TLine>& Lines() const { return lines_; }
-    const std::vector<zedra::TArc>& Arcs() const { return arcs_; }
-    const std::vector<zedra::TCircle>& Circles() const { return circles_; }
-    const std::vector<zedra::TPoly2D>& Polys2D() const { return polys2d_; }
-    const std::vector<zedra::TPoly3D>& Polys3D() const { return polys3d_; }
-    const std::vector<zedra::TFace3D>& Faces() const { return faces_; }
-    const std::vector<zedra::TText>& Texts() const { return texts_; }
-    const std::vector<zedra::TInsert>& Inserts() const { return inserts_; }
-    const zedra::TVertex2D* Vertices2D(const zedra::TPoly2D& p) const { return vtx2d_.data() + p.first; }
-    const zedra::PNT_3D* Vertices3D(const zedra::TPoly3D& p) const { return vtx3d_.data() + p.first; }
-    std::string_view TextOf(const zedra::TText& t) const { return {textPool_.data() + t.first, t.len}; }
-    const zedra::TEntHdr& Header(const zedra::TEntRef& r) const;
+    const std::vector<roadx::cad::TPoint>& Points() const { return points_; }
+    const std::vector<roadx::cad::TLine>& Lines() const { return lines_; }
+    const std::vector<roadx::cad::TArc>& Arcs() const { return arcs_; }
+    const std::vector<roadx::cad::TCircle>& Circles() const { return circles_; }
+    const std::vector<roadx::cad::TPoly2D>& Polys2D() const { return polys2d_; }
+    const std::vector<roadx::cad::TPoly3D>& Polys3D() const { return polys3d_; }
+    const std::vector<roadx::cad::TFace3D>& Faces() const { return faces_; }
+    const std::vector<roadx::cad::TText>& Texts() const { return texts_; }
+    const std::vector<roadx::cad::TInsert>& Inserts() const { return inserts_; }
+    const roadx::cad::TVertex2D* Vertices2D(const roadx::cad::TPoly2D& p) const { return vtx2d_.data() + p.first; }
+    const roadx::cad::PNT_3D* Vertices3D(const roadx::cad::TPoly3D& p) const { return vtx3d_.data() + p.first; }
+    std::string_view TextOf(const roadx::cad::TText& t) const { return {textPool_.data() + t.first, t.len}; }
+    const roadx::cad::TEntHdr& Header(const roadx::cad::TEntRef& r) const;
     // Every entity in creation (handle) order.
-    std::vector<zedra::TEntRef> CollectEntities() const;
+    std::vector<roadx::cad::TEntRef> CollectEntities() const;
 
     // ---- variables and notifications
     TZedraVars& Vars() { return vars_; }
@@ -199,12 +199,12 @@ public:
     //   r12Handles       R12 files get handles too (R2000 always has them)
     // drawing: 0 writes every drawing; a drawing's handle writes only the
     // model-space entities of that drawing (an unknown handle counts as 0).
-    // Results: see zedra::kSave... (0 written, -1 disk full, -2 not allowed).
+    // Results: see roadx::cad::kSave... (0 written, -1 disk full, -2 not allowed).
     int SaveFileDXF(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
                     bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing);
     // An R2000 (AC1015) DWG file with the same layers, blocks, entities and
     // handles as SaveFileDXF would write. Only R2000 exists as DWG: for R12
-    // it returns zedra::kSaveDwgUnsupported and writes nothing.
+    // it returns roadx::cad::kSaveDwgUnsupported and writes nothing.
     int SaveFileDWG(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
                     bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing);
 
@@ -219,9 +219,9 @@ private:
     void ReindexBlocks();
     TZedraDrawing* Drawing(uint64_t h);
     // Fills the header from attr; false when attr is not acceptable.
-    bool MakeHeader(const zedra::TEntAttr& a, zedra::TEntHdr& h);
+    bool MakeHeader(const roadx::cad::TEntAttr& a, roadx::cad::TEntHdr& h);
     bool BlockReaches(uint64_t from, uint64_t target) const;
-    size_t EraseEntities(const std::function<bool(const zedra::TEntHdr&)>& pred);
+    size_t EraseEntities(const std::function<bool(const roadx::cad::TEntHdr&)>& pred);
     void PackPools();
 
     int type_;
@@ -236,17 +236,17 @@ private:
     std::vector<TZedraBlock> blocks_;
     std::unordered_map<uint64_t, size_t> blockIndex_;
 
-    std::vector<zedra::TPoint> points_;
-    std::vector<zedra::TLine> lines_;
-    std::vector<zedra::TArc> arcs_;
-    std::vector<zedra::TCircle> circles_;
-    std::vector<zedra::TPoly2D> polys2d_;
-    std::vector<zedra::TPoly3D> polys3d_;
-    std::vector<zedra::TFace3D> faces_;
-    std::vector<zedra::TText> texts_;
-    std::vector<zedra::TInsert> inserts_;
-    std::vector<zedra::TVertex2D> vtx2d_;
-    std::vector<zedra::PNT_3D> vtx3d_;
+    std::vector<roadx::cad::TPoint> points_;
+    std::vector<roadx::cad::TLine> lines_;
+    std::vector<roadx::cad::TArc> arcs_;
+    std::vector<roadx::cad::TCircle> circles_;
+    std::vector<roadx::cad::TPoly2D> polys2d_;
+    std::vector<roadx::cad::TPoly3D> polys3d_;
+    std::vector<roadx::cad::TFace3D> faces_;
+    std::vector<roadx::cad::TText> texts_;
+    std::vector<roadx::cad::TInsert> inserts_;
+    std::vector<roadx::cad::TVertex2D> vtx2d_;
+    std::vector<roadx::cad::PNT_3D> vtx3d_;
     std::vector<char> textPool_;
 
     TZedraVars vars_;

@@ -6,7 +6,7 @@
 
 #include "cad/zedra_eng.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 
 namespace {
 

@@ -4,7 +4,7 @@
 #pragma once
 #include <string_view>
 
-namespace zedra {
+namespace roadx::cad {
 
 inline char AsciiLower(char c) { return (c >= 'A' && c <= 'Z') ? static_cast<char>(c - 'A' + 'a') : c; }
 
@@ -15,4 +15,4 @@ inline bool SameName(std::string_view a, std::string_view b) {
     return true;
 }
 
-}  // namespace zedra
+}  // namespace roadx::cad

@@ -5,9 +5,9 @@
 
 namespace {
 
-zedra::dxf::TSaveOptions MakeOptions(bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
+roadx::cad::dxf::TSaveOptions MakeOptions(bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
                                      bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing) {
-    zedra::dxf::TSaveOptions o;
+    roadx::cad::dxf::TSaveOptions o;
     o.visibleOnly = visibleOnly;
     o.unlockedOnly = unlockedOnly;
     o.flatten = flatten;
@@ -22,7 +22,7 @@ zedra::dxf::TSaveOptions MakeOptions(bool visibleOnly, bool unlockedOnly, bool f
 
 int CZedraEng::SaveFileDXF(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten,
                            bool usedDrawingsOnly, bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing) {
-    return zedra::dxf::WriteDxf(
+    return roadx::cad::dxf::WriteDxf(
         *this, MakeOptions(visibleOnly, unlockedOnly, flatten, usedDrawingsOnly, r12Handles, ver, drawing), saveVars_,
         path);
 }
@@ -31,7 +31,7 @@ int CZedraEng::SaveFileDXF(const std::string& path, bool visibleOnly, bool unloc
 // it in the binary format of R2000 (AC1015).
 int CZedraEng::SaveFileDWG(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten,
                            bool usedDrawingsOnly, bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing) {
-    return zedra::dwg::WriteDwg(
+    return roadx::cad::dwg::WriteDwg(
         *this, MakeOptions(visibleOnly, unlockedOnly, flatten, usedDrawingsOnly, r12Handles, ver, drawing), saveVars_,
         path);
 }

@@ -13,7 +13,7 @@ enum enumZEDRA_DXFDWG_VER {
     ZEDRA_DXFDWG_VER_R2000 = 2000,
 };
 
-namespace zedra {
+namespace roadx::cad {
 
 using vesk::geom::PNT_3D;
 
@@ -93,4 +93,4 @@ struct TEntRef {
     uint32_t index;
 };
 
-}  // namespace zedra
+}  // namespace roadx::cad

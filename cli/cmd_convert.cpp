@@ -5,12 +5,19 @@
 
 #include "cli/app.h"
 #include "cli/commands.h"
-#include "cli/formats.h"
+#include "cli/convert.h"
 #include "cli/session.h"
+#include "host/document.h"
 
 namespace roadx::cli {
 
 namespace {
+
+std::string Join(const std::vector<std::string>& v, const char* sep) {
+    std::string out;
+    for (const std::string& s : v) out += (out.empty() ? "" : sep) + s;
+    return out;
+}
 
 struct ConvertArgs {
     std::vector<std::string> files;
@@ -19,12 +26,14 @@ struct ConvertArgs {
 };
 
 int RunConvert(ConvertArgs& a) {
-    const Format out = OutputFormat(a.exp.output, a.exp.to);
-    if (out == Format::Unknown)
-        throw CliError(kExitUsage, a.exp.output + ": cannot tell the output format from the name; use --to xml|rd3|dxf|dwg");
+    const exchange::TFormat* out = exchange::OutputFormat(a.exp.output, a.exp.to);
+    if (!out)
+        throw CliError(kExitUsage, a.exp.output + ": cannot tell the output format from the name; use --to " +
+                                       Join(exchange::OutputKeys(), "|"));
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
-    const TExchangeStatus st = ExportFile(session.Doc(), out, a.exp);
+    const TExchangeStatus st = ExportFile(session, *out, a.exp);
+    if (st.code == TExchangeStatus::UNSUPPORTED) throw CliError(kExitUsage, a.exp.output + ": " + st.message);
     if (!st.ok()) throw CliError(kExitBadInput, a.exp.output + ": " + st.message);
     return 0;
 }
@@ -38,6 +47,21 @@ void AddExportList(CLI::App& cmd, const std::string& name, std::optional<std::ve
 
 }  // namespace
 
+TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o) {
+    exchange::TExportRequest request;
+    // The save dialogs are answered with -o made absolute; the request says
+    // the same.
+    request.path = AbsolutePath(o.output);
+    request.road = o.road;
+    request.contourInterval = o.contourInterval;
+    session.Ui().ClearMessages();
+    TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request);
+    // The message box the user would have seen, word for word.
+    if (!st.ok() && st.code != TExchangeStatus::UNSUPPORTED && !session.Ui().Messages().empty())
+        st.message += " (" + session.Ui().Messages().back() + ")";
+    return st;
+}
+
 void AddConvertCommand(CLI::App& app, SetRun setRun) {
     auto args = std::make_shared<ConvertArgs>();
     CLI::App* cmd = app.add_subcommand("convert", "Import files into one document and export it");
@@ -45,7 +69,7 @@ void AddConvertCommand(CLI::App& app, SetRun setRun) {
     cmd->add_option("-o,--output", args->exp.output, "output file: .xml LandXML, .rd3 RD3, .dxf/.dwg drawing")
         ->required();
     cmd->add_option("--to", args->exp.to, "output format when the name does not tell it")
-        ->check(CLI::IsMember({"xml", "rd3", "dxf", "dwg"}));
+        ->check(CLI::IsMember(exchange::OutputKeys()));
     AddImportOptions(*cmd, args->imp);
     AddExportList(*cmd, "--export-roads", args->exp.roads, "LandXML: roads to export (default: all; '' none)");
     AddExportList(*cmd, "--export-surfaces", args->exp.surfaces, "LandXML: surfaces to export (default: all)");

@@ -6,15 +6,26 @@
 #include <cstring>
 #include <filesystem>
 
-#include "cad/display/doc_display.h"
 #include "cli/app.h"
-#include "cli/formats.h"
+#include "display/doc_display.h"
+#include "exchange/formats.h"
 
 namespace roadx::cli {
 
 namespace {
 
 constexpr uintmax_t kProgressBytes = 4u << 20;
+
+// "LandXML or RD3": the formats that can be read.
+std::string ReadableFormats() {
+    std::vector<std::string> names;
+    for (const exchange::TFormat& f : exchange::Formats())
+        if (f.import) names.push_back(f.name);
+    std::string out;
+    for (size_t i = 0; i < names.size(); ++i)
+        out += (i == 0 ? "" : i + 1 == names.size() ? " or " : ", ") + names[i];
+    return out;
+}
 
 }  // namespace
 
@@ -53,12 +64,12 @@ void Session::ImportOne(const std::string& path) {
         throw CliError(kExitBadInput, path + ": cannot read: " + std::strerror(errno));
     const uintmax_t size = std::filesystem::file_size(path, ec);
     if (!ec && size == 0) throw CliError(kExitBadInput, path + ": the file is empty");
-    const Format f = DetectInputFormat(path);
-    if (f == Format::Unknown) throw CliError(kExitBadInput, path + ": not a LandXML or RD3 file");
+    const exchange::TFormat* f = exchange::DetectInputFormat(path);
+    if (!f) throw CliError(kExitBadInput, path + ": not a " + ReadableFormats() + " file");
     const bool progress = !imp_.quiet && !ec && size >= kProgressBytes && isatty(STDERR_FILENO);
     if (progress) std::fprintf(stderr, "roadx: reading %s (%.1f MB)...", path.c_str(), size / 1048576.0);
     ui_.ClearMessages();
-    const TExchangeStatus st = ImportFile(doc_, path, f);
+    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f);
     if (progress) std::fprintf(stderr, " done\n");
     if (!st.ok()) throw CliError(kExitBadInput, path + ": " + st.message);
 }

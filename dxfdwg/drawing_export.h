@@ -16,29 +16,24 @@
 class IVantriDati;
 class CZedraEng;
 
-// The host's entry points; both silent, whatever happens, except for the two
-// message boxes (disk full, writing not allowed). FExportFileDxfDwgNew
-// always returns false: callers must not read success from it.
-void SaveAllDataToDxfDwg(IVantriDati* doc, std::string path, enumZEDRA_DXFDWG_VER ver, bool dwgAllowed,
-                         CZedraEng* eng);
-bool FExportFileDxfDwgNew(IVantriDati* doc, const char* path, bool dwgAllowed);
-
 // True only when dwgAllowed and the path ends in ".dwg", ASCII case ignored
 // (a path shorter than five characters is compared whole).
 bool FIsDwgPath(const std::string& path, bool dwgAllowed);
 
-// How SaveAllDataToDxfDwg ended.
-struct TDrawingExportOutcome {
-    bool cancelled = false;  // the option dialog was cancelled; nothing happened
-    bool dwg = false;        // the DWG writer was asked
-    int saveResult = 0;      // the engine's result (zedra::kSave...)
-};
-TDrawingExportOutcome SaveAllDataToDxfDwgOutcome(IVantriDati* doc, const std::string& path,
-                                                 enumZEDRA_DXFDWG_VER ver, bool dwgAllowed, CZedraEng* eng);
+namespace roadx::dxfdwg {
 
-// FExportFileDxfDwgNew saying how it ended: CANCELLED (a dialog), OK, or
-// WRITE_FAILED with one line naming the problem ("disk full", "writing not
-// allowed", "DWG files are written as R2000 only", ...). The outcome, when
-// asked for, tells the engine's result itself.
-TExchangeStatus ExportFileDxfDwg(IVantriDati* doc, const char* path, bool dwgAllowed,
-                                 TDrawingExportOutcome* outcome = nullptr);
+// SaveAllDataToDxfDwg saying how it ended. Whether the file is DWG is the
+// caller's decision (the entry point decides with FIsDwgPath), so this file
+// and the file dialog's export do not depend on each other. CANCELLED: the
+// option dialog was cancelled, nothing happened; WRITE_FAILED: the engine's
+// save result (roadx::cad::kSave...) is the detail and SaveResultText the
+// message; OK. The two message boxes (disk full, writing not allowed) are
+// shown as the host expects.
+TExchangeStatus SaveAllDataToDxfDwgStatus(IVantriDati* doc, const std::string& path, enumZEDRA_DXFDWG_VER ver,
+                                          bool dwg, CZedraEng* eng);
+
+// FExportFileDxfDwgNew saying how it ended: CANCELLED (either dialog), OK,
+// or WRITE_FAILED as above.
+TExchangeStatus ExportFileDxfDwgStatus(IVantriDati* doc, const char* path, bool dwgAllowed);
+
+}  // namespace roadx::dxfdwg

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "cad/display/dis_lib_dtm.h"
+#include "display/dis_lib_dtm.h"
 #include "cad/zedra_eng.h"
 #include "host/document.h"
 

@@ -1,8 +1,10 @@
-// SaveAllDataToDxfDwg: the order of the export, step by step.
+// The drawing export behind SaveAllDataToDxfDwg, step by step.
 #include <memory>
 
-#include "cad/display/display.h"
+#include "display/cld_draw.h"
+#include "display/display.h"
 #include "cad/doc_symbol_manager.h"
+#include "cad/save_errors.h"
 #include "cad/zedra_eng.h"
 #include "cad/zedra_event_sentinel.h"
 #include "dxfdwg/drawing_export.h"
@@ -78,31 +80,33 @@ void DrawAll(TExportDisplay& dis, IVantriDati* doc, CZedraEng* eng, const TOptio
     if (o.clouds) {
         CLibCld* clds = doc->GetLibCld();
         for (unsigned i = 0; clds && i < clds->GetNoCld(); ++i)
-            if (const CCld* c = clds->GetCld(i)) c->Draw(eng);
+            if (const CCld* c = clds->GetCld(i)) roadx::display::DrawCloud(*c, eng);
     }
 }
 
 void ReportSaveResult(int result) {
     int text = 0;
-    if (result == zedra::kSaveDiskFull) text = IDS_DISCO_PIENO;
-    else if (result == zedra::kSaveNotAllowed) text = IDS_ACCESSO_NEGATO;
+    if (result == roadx::cad::kSaveDiskFull) text = IDS_DISCO_PIENO;
+    else if (result == roadx::cad::kSaveNotAllowed) text = IDS_ACCESSO_NEGATO;
     if (text != 0) MessageBoxOkError(nullptr, LoadModuleString(text), LoadModuleString(IDS_CREAZIONE_DXF_DWG));
 }
 
 }  // namespace
 
-TDrawingExportOutcome SaveAllDataToDxfDwgOutcome(IVantriDati* doc, const std::string& path,
-                                                 enumZEDRA_DXFDWG_VER ver, bool dwgAllowed, CZedraEng* eng) {
-    TDrawingExportOutcome out;
-    out.cancelled = true;
-    if (!doc || !eng) return out;
+namespace roadx::dxfdwg {
+
+TExchangeStatus SaveAllDataToDxfDwgStatus(IVantriDati* doc, const std::string& path, enumZEDRA_DXFDWG_VER ver,
+                                          bool dwg, CZedraEng* eng) {
+    const TExchangeStatus cancelled =
+        TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "the export options were cancelled");
+    if (!doc || !eng) return cancelled;
     CZedraEng* docEng = doc->GetZedraEng();
     TOptions o;
     if (!FDlgOpzTrasfToDxf(docEng, o.visibleOnly, o.unlockedOnly, o.flatten, o.clouds, o.usedDrawingsOnly,
                            o.r12Handles, docEng ? docEng->GetNoBlocksNotPriv() : 0, o.drawing, doc->GetDocFlag()))
-        return out;
-    out.cancelled = false;
+        return cancelled;
 
+    int result = roadx::cad::kSaveOk;
     RemoveDocumentDisplay(doc);
     {
         CZedraEventSentinel sentinel(eng);
@@ -118,20 +122,18 @@ TDrawingExportOutcome SaveAllDataToDxfDwgOutcome(IVantriDati* doc, const std::st
             auto dis = std::make_unique<TExportDisplay>(eng, doc);
             DrawAll(*dis, doc, eng, o);
             eng->PurgePrivateObjects();
-            out.dwg = FIsDwgPath(path, dwgAllowed);
-            out.saveResult = out.dwg ? eng->SaveFileDWG(path, o.visibleOnly, o.unlockedOnly, o.flatten,
-                                                        o.usedDrawingsOnly, o.r12Handles, ver, o.drawing)
-                                     : eng->SaveFileDXF(path, o.visibleOnly, o.unlockedOnly, o.flatten,
-                                                        o.usedDrawingsOnly, o.r12Handles, ver, o.drawing);
-            ReportSaveResult(out.saveResult);
+            result = dwg ? eng->SaveFileDWG(path, o.visibleOnly, o.unlockedOnly, o.flatten, o.usedDrawingsOnly,
+                                            o.r12Handles, ver, o.drawing)
+                         : eng->SaveFileDXF(path, o.visibleOnly, o.unlockedOnly, o.flatten, o.usedDrawingsOnly,
+                                            o.r12Handles, ver, o.drawing);
+            ReportSaveResult(result);
         }
         RestoreTargetDrawings(doc, eng, saved);
         RecreateDocumentDisplay(doc, o.visibleOnly);
     }
-    return out;
+    if (result != roadx::cad::kSaveOk)
+        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, roadx::cad::SaveResultText(result), result);
+    return TExchangeStatus::Ok();
 }
 
-void SaveAllDataToDxfDwg(IVantriDati* doc, std::string path, enumZEDRA_DXFDWG_VER ver, bool dwgAllowed,
-                         CZedraEng* eng) {
-    SaveAllDataToDxfDwgOutcome(doc, path, ver, dwgAllowed, eng);
-}
+}  // namespace roadx::dxfdwg

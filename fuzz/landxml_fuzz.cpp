@@ -3,10 +3,11 @@
 // Run: landxml_fuzz -dict=fuzz/landxml.dict -max_len=65536 fuzz/corpus/landxml
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 
 #include "fuzz/landxml_fuzz_one.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    LandXmlFuzzOne(data, size, "/tmp");
+    LandXmlFuzzOne(data, size, std::filesystem::temp_directory_path().string());
     return 0;
 }

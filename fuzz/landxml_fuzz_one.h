@@ -15,11 +15,12 @@
 
 #include "exchange/common/status.h"
 #include "host/document.h"
+#include "host/null_ui.h"
 #include "host/trace.h"
 #include "host/ui.h"
 #include "landxml_import/import_landxml.h"
 
-class CLandXmlFuzzUi : public CHostUi {
+class CLandXmlFuzzUi : public roadx::host::CNullUi {
 public:
     bool DlgImportLandXML(bool, bool, const std::vector<CString>& surfaces, const std::vector<CString>& alignments,
                           bool, const std::vector<CString>& crossSectSurfs, const std::vector<vesk::String>& codes,
@@ -35,13 +36,6 @@ public:
         }
         return true;
     }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
-    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
-    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
-    void Message(const std::string&, const std::string&) override {}
     bool QuestionYesNo(const std::string&, const std::string&) override { return (++questions_ % 2) == 1; }
 
 private:
@@ -68,7 +62,7 @@ inline TExchangeStatus LandXmlFuzzOne(const uint8_t* data, size_t size, const st
         CLandXmlFuzzTrace trace;
         CTraceScope traceScope(&trace);
         CVantriDoc doc;
-        status = ImportLandXMLFile(&doc, path.c_str(), false, false);
+        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false);
     }
     std::remove(path.c_str());
     return status;

@@ -13,14 +13,14 @@
 #include "rd3/rd3_export.h"
 #include "rd3/rd3_import.h"
 
-inline Rd3ImportStatus Rd3FuzzOne(const uint8_t* data, size_t size, const std::string& scratchDir) {
+inline roadx::rd3::ReadEnd Rd3FuzzOne(const uint8_t* data, size_t size, const std::string& scratchDir) {
     CVantriDoc doc;
-    const Rd3ImportStatus status = ImportRD3Buffer(&doc, "Fuzz", data, size);
+    const roadx::rd3::ReadEnd status = roadx::rd3::ReadEndOf(roadx::rd3::ImportRD3BufferStatus(&doc, "Fuzz", data, size));
     if (CRoad* road = doc.GetLibRoad()->GetRoad(0)) {
         const std::string path = scratchDir + "/rd3_fuzz_" + std::to_string(::getpid()) + ".rd3";
-        if (ExportRD3File(*road, path).ok()) {
+        if (roadx::rd3::WriteRD3File(*road, path).ok()) {
             CVantriDoc again;
-            ImportRD3File(&again, path.c_str());
+            roadx::rd3::ReadEndOf(roadx::rd3::ImportRD3Status(&again, path.c_str()));
         }
         std::remove(path.c_str());
     }

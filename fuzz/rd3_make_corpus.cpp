@@ -13,7 +13,7 @@
 #include "rd3/rd3_export.h"
 #include "rd3/rd3_records.h"
 
-using namespace rd3;
+using namespace roadx::rd3;
 
 namespace {
 
@@ -63,7 +63,7 @@ struct Road {
         t->SubReference();
         b.AddSectionProfileAlti("STF", stf);
     }
-    void Export(const std::string& name) { ExportRD3File(*road, g_dir + "/" + name); }
+    void Export(const std::string& name) { roadx::rd3::WriteRD3File(*road, g_dir + "/" + name); }
 };
 
 void WriterSeeds() {

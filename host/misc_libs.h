@@ -45,14 +45,13 @@ private:
 
 }  // namespace gis
 
-// A point cloud; it draws itself as points into a drawing of its own name.
+// A point cloud: named points (the display draws them, see display/cld_draw.h).
 class CCld {
 public:
     explicit CCld(const vesk::String& name) : name_(name) {}
     const vesk::String& GetName() const { return name_; }
     std::vector<vesk::geom::PNT_3D>& Points() { return pts_; }
     const std::vector<vesk::geom::PNT_3D>& Points() const { return pts_; }
-    void Draw(CZedraEng* eng) const;  // implemented with the display objects
 
 private:
     vesk::String name_;

@@ -7,8 +7,8 @@
 #include "landxml_export/landxml_writers.h"
 #include "landxml_export/xml_out.h"
 
-using landxml_out::PutText;
-using landxml_out::PutYX;
+using roadx::landxml::PutText;
+using roadx::landxml::PutYX;
 
 double CalcDirDeg(const vesk::geom::VECTOR_2D& v) {
     double deg = std::atan2(v.y, v.x) * 57.29577951308233;
@@ -57,7 +57,7 @@ void WriteLandXMLAlignmentHead(vesk::COutBuffer& out, CRoad* road, const vesk::S
     out.Str("\t\t\t<Start name=\"Start_");
     PutText(out, name);
     out.Str("\" state=\"existing\">");
-    landxml_out::PutYXZ(out, p.x, p.y, z);
+    roadx::landxml::PutYXZ(out, p.x, p.y, z);
     out.Str("</Start>\n");
 }
 

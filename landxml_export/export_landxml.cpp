@@ -1,13 +1,13 @@
-// The export entry point: the selection dialog, the save dialog, then the
-// writer.
+// The export with its dialogs: the selection dialog, the save dialog, then
+// the writer.
 #include "landxml_export/export_landxml.h"
 
 #include "host/document.h"
 #include "host/ui.h"
 
-void ExportLandXML(IVantriDati& doc) { (void)ExportLandXMLFile(doc); }
+namespace roadx::landxml {
 
-TExchangeStatus ExportLandXMLFile(IVantriDati& doc) {
+TExchangeStatus ExportLandXMLStatus(IVantriDati& doc) {
     // The libraries in the order the dialog takes them.
     CLibCmp* cmp = doc.GetLibCmp();
     CLibGps* gps = doc.GetLibGps();
@@ -30,3 +30,5 @@ TExchangeStatus ExportLandXMLFile(IVantriDati& doc) {
     return WriteLandXMLFileStatus(sel.roads, *cmp, sel.jobs, *gps, sel.gpsGroups, *pnt, sel.pointGroups,
                                   sel.dtmPrjs, path.c_str());
 }
+
+}  // namespace roadx::landxml

@@ -22,24 +22,26 @@ class CLibPnt;
 class CGrpPnt;
 class CDtmPrj;
 
-// The exported entry point: dialogs, then the file. Silent whatever happens.
-void ExportLandXML(IVantriDati& doc);
+namespace roadx::landxml {
 
-// The same, saying how it ended: CANCELLED when a dialog was not confirmed,
-// WRITE_FAILED (with the system's reason) when the file could not be created
-// or written in full.
-TExchangeStatus ExportLandXMLFile(IVantriDati& doc);
+// ExportLandXML (dialogs, then the file) saying how it ended: CANCELLED when
+// a dialog was not confirmed, WRITE_FAILED (with the system's reason) when
+// the file could not be created or written in full.
+TExchangeStatus ExportLandXMLStatus(IVantriDati& doc);
+
+// WriteLandXMLFile (below) saying how it ended: OK, or WRITE_FAILED with the
+// system's reason.
+TExchangeStatus WriteLandXMLFileStatus(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs,
+                                       CLibGps& gps, std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt,
+                                       std::vector<CGrpPnt*> pointGroups, std::vector<CDtmPrj*> dtmPrjs,
+                                       const char* path);
+
+}  // namespace roadx::landxml
 
 // Writes the selected objects, each list in its order, to `path`.
 void WriteLandXMLFile(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs, CLibGps& gps,
                       std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt, std::vector<CGrpPnt*> pointGroups,
                       std::vector<CDtmPrj*> dtmPrjs, const char* path);
-
-// As WriteLandXMLFile, with the outcome.
-TExchangeStatus WriteLandXMLFileStatus(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs,
-                                       CLibGps& gps, std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt,
-                                       std::vector<CGrpPnt*> pointGroups, std::vector<CDtmPrj*> dtmPrjs,
-                                       const char* path);
 
 // The fixed lines before the sections: declaration, root start tag, Project
 // (named by the full path), Units, Application.

@@ -8,7 +8,7 @@
 #include "landxml_export/xml_out.h"
 #include "vesk/undefined.h"
 
-using landxml_out::PutText;
+using roadx::landxml::PutText;
 
 void WriteLandXMLProfile(vesk::COutBuffer& out, CProfileAlti* prj, const vesk::String& name) {
     out.Str("\t\t\t<Profile>\n\t\t\t\t<ProfAlign name=\"Profile_");

@@ -9,8 +9,8 @@
 #include "landxml_export/xml_out.h"
 #include "vesk/fixed_format.h"
 
-using landxml_out::PutText;
-using landxml_out::PutYXZ;
+using roadx::landxml::PutText;
+using roadx::landxml::PutYXZ;
 
 namespace {
 

@@ -5,8 +5,8 @@
 #include "landxml_export/xml_out.h"
 #include "vesk/undefined.h"
 
-using landxml_out::PutText;
-using landxml_out::PutYXZ;
+using roadx::landxml::PutText;
+using roadx::landxml::PutYXZ;
 
 namespace {
 

@@ -52,7 +52,7 @@ void WriteLandXMLHeader(vesk::COutBuffer& out, const char* path) {
             " http://www.landxml.org/schema/LandXML-1.0/LandXML-1.0.xsd\""
             " version=\"1.0\" date=\"2009-10-27\" time=\"09:30:22\" readOnly=\"false\" language=\"English\">\n"
             "\t<Project name=\"");
-    landxml_out::PutText(out, path ? path : "");
+    roadx::landxml::PutText(out, path ? path : "");
     out.Str("\"/>\n"
             "\t<Units>\n"
             "\t\t<Metric linearUnit=\"meter\" areaUnit=\"squareMeter\" volumeUnit=\"cubicMeter\""
@@ -60,21 +60,22 @@ void WriteLandXMLHeader(vesk::COutBuffer& out, const char* path) {
             " directionUnit=\"decimal degrees\"/>\n"
             "\t</Units>\n"
             "\t<Application name=\"");
-    landxml_out::PutText(out, vesk::GetPrgName());
+    roadx::landxml::PutText(out, vesk::GetPrgName());
     out.Str("\" manufacturer=\"Korvel\" version=\"2012\" manufacturerURL=\"www.korvel.it\"/>\n");
 }
 
 void WriteLandXMLFile(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs, CLibGps& gps,
                       std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt, std::vector<CGrpPnt*> pointGroups,
                       std::vector<CDtmPrj*> dtmPrjs, const char* path) {
-    (void)WriteLandXMLFileStatus(std::move(roads), cmp, std::move(jobs), gps, std::move(gpsGroups), pnt,
-                                 std::move(pointGroups), std::move(dtmPrjs), path);
+    (void)roadx::landxml::WriteLandXMLFileStatus(std::move(roads), cmp, std::move(jobs), gps, std::move(gpsGroups),
+                                                 pnt, std::move(pointGroups), std::move(dtmPrjs), path);
 }
 
-TExchangeStatus WriteLandXMLFileStatus(std::vector<CRoad*> roads, CLibCmp& cmp, std::vector<CJob*> jobs,
-                                       CLibGps& gps, std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt,
-                                       std::vector<CGrpPnt*> pointGroups, std::vector<CDtmPrj*> dtmPrjs,
-                                       const char* path) {
+TExchangeStatus roadx::landxml::WriteLandXMLFileStatus(std::vector<CRoad*> roads, CLibCmp& cmp,
+                                                      std::vector<CJob*> jobs, CLibGps& gps,
+                                                      std::vector<CGrpGps*> gpsGroups, CLibPnt& pnt,
+                                                      std::vector<CGrpPnt*> pointGroups,
+                                                      std::vector<CDtmPrj*> dtmPrjs, const char* path) {
     if (!path || !*path)
         return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, "cannot create the file: no file name");
     errno = 0;

@@ -1,6 +1,6 @@
 #include "landxml_export/xml_out.h"
 
-namespace landxml_out {
+namespace roadx::landxml {
 
 namespace {
 
@@ -29,4 +29,4 @@ void PutText(vesk::COutBuffer& out, std::string_view text) {
     out.Str(text.substr(from));
 }
 
-}  // namespace landxml_out
+}  // namespace roadx::landxml

@@ -7,7 +7,7 @@
 #include "vesk/geom.h"
 #include "vesk/out_buffer.h"
 
-namespace landxml_out {
+namespace roadx::landxml {
 
 // Text inside an attribute value or element: "&", "<", ">" and '"' become
 // entities so that any name keeps the file well-formed; other text is written
@@ -32,4 +32,4 @@ inline void PutYXZ(vesk::COutBuffer& out, double x, double y, double z) {
 
 inline void PutYXZ(vesk::COutBuffer& out, const vesk::geom::PNT_3D& p) { PutYXZ(out, p.x, p.y, p.z); }
 
-}  // namespace landxml_out
+}  // namespace roadx::landxml

@@ -44,7 +44,9 @@ TExchangeStatus ImportChosen(const XmlSection& root, CLoadVantriDati& builder, c
 
 }  // namespace
 
-TExchangeStatus ImportLandXMLFile(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB) {
+namespace roadx::landxml {
+
+TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB) {
     CXmlReader reader;
     CLoadVantriDati builder(doc);
     if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
@@ -64,6 +66,4 @@ TExchangeStatus ImportLandXMLFile(IVantriDati* doc, const char* path, bool dialo
     }
 }
 
-void ImportLandXML(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB) {
-    ImportLandXMLFile(doc, path, dialogFlagA, dialogFlagB);
-}
+}  // namespace roadx::landxml

@@ -7,10 +7,9 @@
 
 class IVantriDati;
 
-// The host's entry point: silent, whatever happens.
-void ImportLandXML(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB);
+namespace roadx::landxml {
 
-// The same import, saying how it ended:
+// ImportLandXML saying how it ended:
 //   OPEN_FAILED  the file could not be read;
 //   BAD_INPUT    not well-formed XML ("malformed XML at line L: reason") or no
 //                LandXML root; the document is untouched;
@@ -19,4 +18,6 @@ void ImportLandXML(IVantriDati* doc, const char* path, bool dialogFlagA, bool di
 //                was added before stays;
 //   OK.
 // dialogFlagA and dialogFlagB are handed to the dialog unchanged.
-TExchangeStatus ImportLandXMLFile(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB);
+TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB);
+
+}  // namespace roadx::landxml

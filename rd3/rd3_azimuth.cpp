@@ -3,7 +3,7 @@
 #include <cmath>
 #include <numbers>
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 double AzimuthFromVector(const vesk::geom::VECTOR_2D& dir) {
     constexpr double kTwoPi = 2.0 * std::numbers::pi;
@@ -19,4 +19,4 @@ vesk::geom::VECTOR_2D VectorFromAzimuth(double azimuth) {
     return {std::sin(azimuth), std::cos(azimuth)};
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -3,7 +3,7 @@
 #pragma once
 #include "vesk/geom.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // π/2 − atan2(y, x), brought into [0, 2π).
 double AzimuthFromVector(const vesk::geom::VECTOR_2D& dir);
@@ -11,4 +11,4 @@ double AzimuthFromVector(const vesk::geom::VECTOR_2D& dir);
 // The unit vector (sin a, cos a).
 vesk::geom::VECTOR_2D VectorFromAzimuth(double azimuth);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -11,7 +11,7 @@
 #include "vesk/format.h"
 #include "vesk/undefined.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 double Margin(double p) { return 1e-12 + 1e-12 * std::fabs(p); }
@@ -29,28 +29,28 @@ const RD3SectionAssign* Neighbour(const std::vector<RD3SectionAssign>& list, siz
 }
 
 // The template for a side nobody assigned: a blend of the neighbours'.
-Rd3ImportStatus Interpolate(ReadContext& ctx, size_t i, RD3SectionTemplate*& out) {
+ReadEnd Interpolate(ReadContext& ctx, size_t i, RD3SectionTemplate*& out) {
     const auto& list = ctx.assigns;
-    if (i == 0 || i + 1 == list.size()) return Rd3ImportStatus::kNoNeighbour;
+    if (i == 0 || i + 1 == list.size()) return ReadEnd::kNoNeighbour;
     const RD3SectionAssign* before = Neighbour(list, i, -1);
     const RD3SectionAssign* after = Neighbour(list, i, +1);
-    if (!before || !after) return Rd3ImportStatus::kNoNeighbour;
+    if (!before || !after) return ReadEnd::kNoNeighbour;
     RD3SectionTemplate* a = FindTemplate(ctx, before->name);
     RD3SectionTemplate* b = FindTemplate(ctx, after->name);
     if (a == b) {
         out = a;
-        return Rd3ImportStatus::kOk;
+        return ReadEnd::kOk;
     }
     ctx.pairWork += static_cast<uint64_t>(a->segments.size() + 1) * (b->segments.size() + 1);
-    if (ctx.pairWork > kMaxPairWork) return Rd3ImportStatus::kTooLarge;
+    if (ctx.pairWork > kMaxPairWork) return ReadEnd::kTooLarge;
     const double t = (list[i].prog - before->prog) / (after->prog - before->prog);
     auto blend = InterpolateTemplates(*a, *b, t);
-    if (!blend) return Rd3ImportStatus::kTooLarge;
+    if (!blend) return ReadEnd::kTooLarge;
     ctx.sectionWork += blend->segments.size();
-    if (ctx.sectionWork > kMaxSectionWork) return Rd3ImportStatus::kTooLarge;
+    if (ctx.sectionWork > kMaxSectionWork) return ReadEnd::kTooLarge;
     ctx.templates.push_back(std::make_unique<RD3SectionTemplate>(std::move(*blend)));
     out = ctx.templates.back().get();
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
 // Builds section number n at p; false when the road gives it no place (no
@@ -96,9 +96,9 @@ RD3SectionTemplate* FindTemplate(ReadContext& ctx, const RD3Name& name) {
     return ctx.templates.empty() ? nullptr : ctx.templates.front().get();
 }
 
-Rd3ImportStatus BuildSections(ReadContext& ctx) {
+ReadEnd BuildSections(ReadContext& ctx) {
     const auto& list = ctx.assigns;
-    if (ctx.templates.empty()) return Rd3ImportStatus::kOk;
+    if (ctx.templates.empty()) return ReadEnd::kOk;
     int n = 1;
     for (size_t i = 0; i < list.size(); ++i) {
         if (i > 0 && list[i].prog == list[i - 1].prog) continue;
@@ -110,15 +110,15 @@ Rd3ImportStatus BuildSections(ReadContext& ctx) {
         RD3SectionTemplate* left = e.side == kSideRight ? other : own;
         RD3SectionTemplate* right = e.side == kSideLeft ? other : own;
         if (!left || !right) {
-            const Rd3ImportStatus s = Interpolate(ctx, i, left ? right : left);
-            if (s != Rd3ImportStatus::kOk) return s;
+            const ReadEnd s = Interpolate(ctx, i, left ? right : left);
+            if (s != ReadEnd::kOk) return s;
         }
         ctx.sectionWork += left->segments.size() + right->segments.size() + 1;
-        if (ctx.sectionWork > kMaxSectionWork) return Rd3ImportStatus::kTooLarge;
+        if (ctx.sectionWork > kMaxSectionWork) return ReadEnd::kTooLarge;
         BuildSection(ctx, n, e.prog, *left, *right);
         ++n;  // the number is used up whether or not a section was added
     }
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

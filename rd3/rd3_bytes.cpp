@@ -4,7 +4,7 @@
 
 #include "rd3/rd3_name.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 void ByteSink::U16(uint16_t v) {
     bytes_.push_back(static_cast<uint8_t>(v & 0xFF));
@@ -41,4 +41,4 @@ bool PatchU32(std::vector<uint8_t>& image, size_t pos, uint32_t v) {
     return true;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

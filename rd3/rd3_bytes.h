@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 class ByteSink {
 public:
@@ -30,4 +30,4 @@ private:
 // nothing written) when they do not fit.
 bool PatchU32(std::vector<uint8_t>& image, size_t pos, uint32_t v);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -8,6 +8,8 @@
 #include "rd3/rd3_write_road.h"
 #include "rd3/rd3_write_sections.h"
 
+namespace roadx::rd3 {
+
 namespace {
 
 constexpr const char* kFilter = "File strade Skeikrik(*.rd3)|*.rd3||";
@@ -15,8 +17,7 @@ constexpr unsigned kDialogFlags = 6;
 
 }  // namespace
 
-TExchangeStatus ExportRD3File(CRoad& road, const std::string& path) {
-    using namespace rd3;
+TExchangeStatus WriteRD3File(CRoad& road, const std::string& path) {
     FILE* f = std::fopen(path.c_str(), "wb");
     if (!f) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, path + ": the file cannot be created");
     Rd3FileOut out(f);
@@ -38,10 +39,10 @@ TExchangeStatus ExportRD3File(CRoad& road, const std::string& path) {
     return TExchangeStatus::Ok();
 }
 
-TExchangeStatus ExportRD3WithDialog(CRoad& road) {
+TExchangeStatus ExportRD3Status(CRoad& road) {
     CFileDialog dlg(false, "rd3", road.GetName().c_str(), kDialogFlags, kFilter);
     if (dlg.DoModal() != IDOK) return TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "no file chosen");
-    return ExportRD3File(road, dlg.GetPathName());
+    return WriteRD3File(road, dlg.GetPathName());
 }
 
-void FExportRD3(CRoad& road) { ExportRD3WithDialog(road); }
+}  // namespace roadx::rd3

@@ -7,12 +7,14 @@
 
 class CRoad;
 
-// Writes the road to path. The status tells whether the file could be
-// created and written; FExportRD3 shows no message either way.
-TExchangeStatus ExportRD3File(CRoad& road, const std::string& path);
+namespace roadx::rd3 {
 
-// Asks for the file with the host's save dialog, then writes it; a
-// cancelled dialog writes nothing. The first form tells the caller how it
-// went; the exported entry point stays silent.
-TExchangeStatus ExportRD3WithDialog(CRoad& road);
-void FExportRD3(CRoad& road);
+// Writes the road to path, no dialog. The status tells whether the file
+// could be created and written.
+TExchangeStatus WriteRD3File(CRoad& road, const std::string& path);
+
+// FExportRD3 saying how it ended: asks for the file with the host's save
+// dialog, then writes it; a cancelled dialog writes nothing.
+TExchangeStatus ExportRD3Status(CRoad& road);
+
+}  // namespace roadx::rd3

@@ -4,7 +4,7 @@
 
 #include "rd3/rd3_bytes.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 void Rd3FileOut::Write(const std::vector<uint8_t>& bytes) {
     if (!bytes.empty() && std::fwrite(bytes.data(), 1, bytes.size(), f_) != bytes.size()) failed_ = true;
@@ -33,4 +33,4 @@ uint32_t Rd3Chain::Link() {
     return prev;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -8,7 +8,7 @@
 
 #include "rd3/rd3_format.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 class Rd3FileOut {
 public:
@@ -46,4 +46,4 @@ private:
     uint32_t last_ = kNoRecord;
 };
 
-}  // namespace rd3
+}  // namespace roadx::rd3

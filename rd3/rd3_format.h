@@ -8,7 +8,7 @@
 
 #include "rd3/rd3_name.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // 0xFFFFFFFE in an offset field: no record. Readers treat 0 the same way,
 // except in the profile chain, where 0 is followed as an offset.
@@ -148,4 +148,4 @@ struct RD3AssignEntry {
     uint32_t side = kFileSideLeft;
 };
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -9,9 +9,11 @@
 
 class IVantriDati;
 
-// How an import ended. Every way out other than kOk leaves in the document
-// whatever was added before it.
-enum class Rd3ImportStatus {
+namespace roadx::rd3 {
+
+// Where the reader stopped, carried in TExchangeStatus::detail. Every end
+// other than kOk leaves in the document whatever was added before it.
+enum class ReadEnd {
     kOk,              // read to the end (a file without sections included)
     kOpenFailed,      // the file could not be opened
     kEmpty,           // empty file, or fewer bytes read than its size
@@ -31,23 +33,22 @@ enum class Rd3ImportStatus {
 };
 
 // One line naming the problem, in English, for the command line.
-const char* Rd3ImportStatusText(Rd3ImportStatus s);
+const char* ReadEndText(ReadEnd e);
+// The status of an end (OK, OPEN_FAILED, ENDED_EARLY or BAD_INPUT, with the
+// end as its detail), and back.
+TExchangeStatus StatusOf(ReadEnd e);
+ReadEnd ReadEndOf(const TExchangeStatus& s);
 
-// The import without its message box being the only trace: the status says
-// how it ended. The message box is shown for the format errors as the host
-// expects (FImportRD3 is this call with the result dropped).
-Rd3ImportStatus ImportRD3File(IVantriDati* doc, const char* path);
+// FImportRD3 saying how it ended. The message box is shown for the format
+// errors as the host expects; the status tells the rest.
+TExchangeStatus ImportRD3Status(IVantriDati* doc, const char* path);
 
 // The same over a file image in memory; roadName is used as it stands.
-Rd3ImportStatus ImportRD3Buffer(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size);
+TExchangeStatus ImportRD3BufferStatus(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size);
 
 // The road name of a file: the part after the last '/' or '\', cut before
 // its first '.'.
 const char* Rd3RoadNameStart(const char* path);
 vesk::String Rd3RoadNameFromPath(const char* path);
 
-// The status for callers that report through TExchangeStatus; they name
-// the file themselves.
-TExchangeStatus Rd3ToExchangeStatus(Rd3ImportStatus s);
-
-void FImportRD3(IVantriDati* doc, const char* path);
+}  // namespace roadx::rd3

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 constexpr char16_t kReplacement = 0xFFFD;
@@ -150,4 +150,4 @@ RD3Name DecodeName(const uint8_t in[kNameBytes]) {
     return name;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

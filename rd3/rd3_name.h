@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 inline constexpr size_t kNameUnits = 33;
 inline constexpr size_t kNameBytes = 2 * kNameUnits;
@@ -41,4 +41,4 @@ void EncodeName(std::u16string_view name, uint8_t out[kNameBytes]);
 // unit by unit exactly as they are stored.
 RD3Name DecodeName(const uint8_t in[kNameBytes]);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -7,7 +7,7 @@
 #include "rd3/rd3_reader.h"
 #include "rd3/rd3_records.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 // File sides 1, 2, 3 are left, right, both. An entry of another side or
@@ -18,32 +18,32 @@ void Keep(ReadContext& ctx, const RD3AssignEntry& e) {
     ctx.assigns.push_back({e.name, e.prog, static_cast<int32_t>(e.side) - 1});
 }
 
-Rd3ImportStatus ReadList(ReadContext& ctx) {
+ReadEnd ReadList(ReadContext& ctx) {
     const uint16_t count = ctx.in.ReadRawShort();
     ctx.in.ReadRawShort();  // entry size, always 78
-    if (ctx.in.Failed() || ctx.in.Remaining() / kAssignEntrySize < count) return Rd3ImportStatus::kTruncated;
+    if (ctx.in.Failed() || ctx.in.Remaining() / kAssignEntrySize < count) return ReadEnd::kTruncated;
     for (uint16_t i = 0; i < count; ++i) {
         RD3AssignEntry e;
-        if (!ReadAssignEntry(ctx.in, e)) return Rd3ImportStatus::kTruncated;
+        if (!ReadAssignEntry(ctx.in, e)) return ReadEnd::kTruncated;
         Keep(ctx, e);
     }
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
 // Records of another type inside the chain are passed over.
-Rd3ImportStatus ReadChain(ReadContext& ctx, uint32_t offset, RD3RecHeader h) {
+ReadEnd ReadChain(ReadContext& ctx, uint32_t offset, RD3RecHeader h) {
     VisitedOffsets visited(ctx.fileSize);
     visited.Visit(offset);
     for (;;) {
         if (h.type == kRecAssign) {
             RD3AssignEntry e;
-            if (!ReadAssignEntry(ctx.in, e)) return Rd3ImportStatus::kTruncated;
+            if (!ReadAssignEntry(ctx.in, e)) return ReadEnd::kTruncated;
             Keep(ctx, e);
         }
         const uint32_t next = h.next;
-        if (IsNoRecord(next)) return Rd3ImportStatus::kOk;
-        if (!visited.Visit(next)) return next < ctx.fileSize ? Rd3ImportStatus::kLoop : Rd3ImportStatus::kTruncated;
-        if (SeekRecord(ctx, next, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
+        if (IsNoRecord(next)) return ReadEnd::kOk;
+        if (!visited.Visit(next)) return next < ctx.fileSize ? ReadEnd::kLoop : ReadEnd::kTruncated;
+        if (SeekRecord(ctx, next, h) != ReadEnd::kOk) return ReadEnd::kTruncated;
     }
 }
 
@@ -52,12 +52,12 @@ int SideRank(int32_t side) { return side == kSideBoth ? INT_MIN : side; }
 
 }  // namespace
 
-Rd3ImportStatus ReadAssignments(ReadContext& ctx, uint32_t offset) {
+ReadEnd ReadAssignments(ReadContext& ctx, uint32_t offset) {
     RD3RecHeader h;
-    if (SeekRecord(ctx, offset, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
+    if (SeekRecord(ctx, offset, h) != ReadEnd::kOk) return ReadEnd::kTruncated;
     if (h.type == kRecAssignList) return ReadList(ctx);
     if (h.type == kRecAssign) return ReadChain(ctx, offset, h);
-    return Rd3ImportStatus::kBadAssignRecord;
+    return ReadEnd::kBadAssignRecord;
 }
 
 void SortAssignments(std::vector<RD3SectionAssign>& assigns) {
@@ -67,4 +67,4 @@ void SortAssignments(std::vector<RD3SectionAssign>& assigns) {
     });
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

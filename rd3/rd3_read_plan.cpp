@@ -7,7 +7,7 @@
 #include "rd3/rd3_reader.h"
 #include "rd3/rd3_records.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 bool VisitedOffsets::Visit(uint32_t offset) {
     if (offset >= seen_.size() || seen_[offset]) return false;
@@ -15,10 +15,10 @@ bool VisitedOffsets::Visit(uint32_t offset) {
     return true;
 }
 
-Rd3ImportStatus SeekRecord(ReadContext& ctx, uint32_t offset, RD3RecHeader& h) {
+ReadEnd SeekRecord(ReadContext& ctx, uint32_t offset, RD3RecHeader& h) {
     ctx.in.ClearFailure();
-    if (!ctx.in.Seek(offset) || !ReadRecHeader(ctx.in, h)) return Rd3ImportStatus::kTruncated;
-    return Rd3ImportStatus::kOk;
+    if (!ctx.in.Seek(offset) || !ReadRecHeader(ctx.in, h)) return ReadEnd::kTruncated;
+    return ReadEnd::kOk;
 }
 
 namespace {
@@ -37,31 +37,31 @@ void AdvanceAlong(RunningState& st, CPlaniElem* elem, double length) {
     elem->SubReference();
 }
 
-Rd3ImportStatus ReadStraight(ReadContext& ctx, RunningState& st) {
+ReadEnd ReadStraight(ReadContext& ctx, RunningState& st) {
     RD3StraightRecord rec;
-    if (!ReadStraightData(ctx.in, rec)) return Rd3ImportStatus::kTruncated;
+    if (!ReadStraightData(ctx.in, rec)) return ReadEnd::kTruncated;
     const VECTOR_2D dir = VectorFromAzimuth(rec.azimuth);
     ctx.builder.AddRoadRect(st.prog, st.point, dir, rec.length);
     st.point = st.point + dir * rec.length;
     st.prog += rec.length;
     st.tangent = dir;
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
-Rd3ImportStatus ReadArc(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
+ReadEnd ReadArc(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
     RD3ArcRecord rec;
-    if (!ReadArcData(ctx.in, h.dataSize, rec)) return Rd3ImportStatus::kTruncated;
+    if (!ReadArcData(ctx.in, h.dataSize, rec)) return ReadEnd::kTruncated;
     const bool left = rec.sense == 0;
     const VECTOR_2D tg = rec.hasAzimuth ? VectorFromAzimuth(rec.azimuth) : st.tangent;
     const double angle = rec.length / rec.radius;
     ctx.builder.AddRoadArc(st.prog, st.point, tg, rec.radius, angle, left);
     AdvanceAlong(st, new CArcPlaniElem(st.prog, st.point, tg, rec.radius, angle, left), rec.length);
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
-Rd3ImportStatus ReadClothoid(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
+ReadEnd ReadClothoid(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
     RD3ClotRecord rec;
-    if (!ReadClotData(ctx.in, h.dataSize, rec)) return Rd3ImportStatus::kTruncated;
+    if (!ReadClotData(ctx.in, h.dataSize, rec)) return ReadEnd::kTruncated;
     const bool entry = rec.entry == 1;
     const bool left = rec.sense == 0;
     const VECTOR_2D tg = rec.isLong ? VectorFromAzimuth(rec.azimuth) : st.tangent;
@@ -76,48 +76,48 @@ Rd3ImportStatus ReadClothoid(ReadContext& ctx, const RD3RecHeader& h, RunningSta
         local = new CClotPlaniElem(st.prog, st.point, tg, 1.0, a, rec.r1, left, entry);
     }
     AdvanceAlong(st, local, rec.length);
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
-Rd3ImportStatus ReadElement(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
+ReadEnd ReadElement(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
     switch (h.type) {
         case kRecStraight: return ReadStraight(ctx, st);
         case kRecClothoid: return ReadClothoid(ctx, h, st);
         case kRecArc: return ReadArc(ctx, h, st);
-        default: return Rd3ImportStatus::kOk;  // other records are skipped silently
+        default: return ReadEnd::kOk;  // other records are skipped silently
     }
 }
 
-Rd3ImportStatus ReadPlanChain(ReadContext& ctx, uint32_t next, uint32_t roadOffset, RunningState& st) {
+ReadEnd ReadPlanChain(ReadContext& ctx, uint32_t next, uint32_t roadOffset, RunningState& st) {
     VisitedOffsets visited(ctx.fileSize);
     visited.Visit(roadOffset);
     while (!IsNoRecord(next)) {
-        if (!visited.Visit(next)) return next < ctx.fileSize ? Rd3ImportStatus::kLoop : Rd3ImportStatus::kTruncated;
+        if (!visited.Visit(next)) return next < ctx.fileSize ? ReadEnd::kLoop : ReadEnd::kTruncated;
         RD3RecHeader h;
-        Rd3ImportStatus s = SeekRecord(ctx, next, h);
-        if (s == Rd3ImportStatus::kOk) s = ReadElement(ctx, h, st);
-        if (s != Rd3ImportStatus::kOk) return s;
+        ReadEnd s = SeekRecord(ctx, next, h);
+        if (s == ReadEnd::kOk) s = ReadElement(ctx, h, st);
+        if (s != ReadEnd::kOk) return s;
         next = h.next;
     }
-    return Rd3ImportStatus::kOk;
+    return ReadEnd::kOk;
 }
 
 }  // namespace
 
-Rd3ImportStatus ReadRoadAndPlan(ReadContext& ctx, uint32_t offset, const vesk::String& roadName) {
+ReadEnd ReadRoadAndPlan(ReadContext& ctx, uint32_t offset, const vesk::String& roadName) {
     RD3RecHeader h;
-    if (SeekRecord(ctx, offset, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
-    if (h.type != kRecRoad) return Rd3ImportStatus::kBadRoadRecord;
+    if (SeekRecord(ctx, offset, h) != ReadEnd::kOk) return ReadEnd::kTruncated;
+    if (h.type != kRecRoad) return ReadEnd::kBadRoadRecord;
     RD3RoadRecord rec;
-    if (!ReadRoadData(ctx.in, rec)) return Rd3ImportStatus::kTruncated;
+    if (!ReadRoadData(ctx.in, rec)) return ReadEnd::kTruncated;
     RunningState st;
     st.point = PNT_2D(rec.x, rec.y);
     st.prog = rec.prog;
     ctx.road = ctx.builder.AddRoad(roadName, rec.prog, true);
     ctx.builder.StartRoadPlani();
-    const Rd3ImportStatus s = ReadPlanChain(ctx, h.next, offset, st);
+    const ReadEnd s = ReadPlanChain(ctx, h.next, offset, st);
     ctx.builder.EndRoadPlani();
     return s;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -7,7 +7,7 @@
 #include "rd3/rd3_reader.h"
 #include "rd3/rd3_records.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 void AddProfileVertices(CLoadVantriDati& builder, const std::vector<RD3Vertex>& v) {
     builder.StartRoadAlti();
@@ -31,29 +31,29 @@ void AddProfileVertices(CLoadVantriDati& builder, const std::vector<RD3Vertex>& 
     builder.EndRoadAlti();
 }
 
-Rd3ImportStatus ReadProfile(ReadContext& ctx, uint32_t offset) {
+ReadEnd ReadProfile(ReadContext& ctx, uint32_t offset) {
     RD3RecHeader h;
-    if (SeekRecord(ctx, offset, h) != Rd3ImportStatus::kOk) return Rd3ImportStatus::kTruncated;
-    if (h.type != kRecProfile) return Rd3ImportStatus::kBadProfileRecord;
+    if (SeekRecord(ctx, offset, h) != ReadEnd::kOk) return ReadEnd::kTruncated;
+    if (h.type != kRecProfile) return ReadEnd::kBadProfileRecord;
     ctx.in.ReadDouble();  // written 0.0, meaning unknown
-    if (ctx.in.Failed()) return Rd3ImportStatus::kTruncated;
+    if (ctx.in.Failed()) return ReadEnd::kTruncated;
 
     std::vector<RD3Vertex> vertices;
     RD3Vertex current;
     VisitedOffsets visited(ctx.fileSize);
     visited.Visit(offset);
-    Rd3ImportStatus status = Rd3ImportStatus::kOk;
+    ReadEnd status = ReadEnd::kOk;
     for (uint32_t next = h.next; next != kNoRecord; next = h.next) {
         if (!visited.Visit(next)) {
-            status = next < ctx.fileSize ? Rd3ImportStatus::kLoop : Rd3ImportStatus::kTruncated;
+            status = next < ctx.fileSize ? ReadEnd::kLoop : ReadEnd::kTruncated;
             break;
         }
         status = SeekRecord(ctx, next, h);
-        if (status != Rd3ImportStatus::kOk) break;
+        if (status != ReadEnd::kOk) break;
         if (h.type == kRecVertex || h.type == kRecCurveVertex) {
             RD3VertexRecord rec;
             if (!ReadVertexData(ctx.in, h.type, rec)) {
-                status = Rd3ImportStatus::kTruncated;
+                status = ReadEnd::kTruncated;
                 break;
             }
             current = {rec.prog, rec.elevation, rec.curveLength};
@@ -66,4 +66,4 @@ Rd3ImportStatus ReadProfile(ReadContext& ctx, uint32_t offset) {
     return status;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

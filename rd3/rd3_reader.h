@@ -16,7 +16,7 @@
 class CLoadVantriDati;
 class CRoad;
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // Work the section building may do, so that a small file cannot make the
 // import run for hours: points added to sections and segments made by
@@ -67,19 +67,19 @@ struct ReadContext {
 
 // Seeks to a record and reads its header: kTruncated when it is not all
 // inside the file.
-Rd3ImportStatus SeekRecord(ReadContext& ctx, uint32_t offset, RD3RecHeader& h);
+ReadEnd SeekRecord(ReadContext& ctx, uint32_t offset, RD3RecHeader& h);
 
 // An offset field that names no record: 0 or 0xFFFFFFFE.
 inline bool IsNoRecord(uint32_t offset) { return offset == 0 || offset == kNoRecord; }
 
 // The parts of the import, in file order. Each returns kOk or the reason it
 // stopped; the message box is the caller's business.
-Rd3ImportStatus ReadRoadAndPlan(ReadContext& ctx, uint32_t offset, const vesk::String& roadName);
-Rd3ImportStatus ReadProfile(ReadContext& ctx, uint32_t offset);
-Rd3ImportStatus ReadTemplates(ReadContext& ctx, uint32_t offset);
-Rd3ImportStatus ReadAssignments(ReadContext& ctx, uint32_t offset);
+ReadEnd ReadRoadAndPlan(ReadContext& ctx, uint32_t offset, const vesk::String& roadName);
+ReadEnd ReadProfile(ReadContext& ctx, uint32_t offset);
+ReadEnd ReadTemplates(ReadContext& ctx, uint32_t offset);
+ReadEnd ReadAssignments(ReadContext& ctx, uint32_t offset);
 void SortAssignments(std::vector<RD3SectionAssign>& assigns);
-Rd3ImportStatus BuildSections(ReadContext& ctx);
+ReadEnd BuildSections(ReadContext& ctx);
 
 // The profile's vertices as builder calls (between StartRoadAlti and
 // EndRoadAlti), exposed for tests of the curve radius.
@@ -90,4 +90,4 @@ void AddProfileVertices(CLoadVantriDati& builder, const std::vector<RD3Vertex>& 
 // stop the import). Null only when there are no templates.
 RD3SectionTemplate* FindTemplate(ReadContext& ctx, const RD3Name& name);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

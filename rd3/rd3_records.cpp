@@ -2,7 +2,7 @@
 
 #include "rd3/rd3_bytes.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 constexpr char kSignature[] = "Topcon RD3";
@@ -260,4 +260,4 @@ bool ReadAssignEntry(vesk::CBitStreamReader& r, RD3AssignEntry& e) {
     return r.Good();
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -9,7 +9,7 @@
 #include "rd3/rd3_format.h"
 #include "vesk/bit_stream_reader.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // The 218-byte file header with the road name (cut to 33 units by the
 // caller) and all four directory offsets set to kNoRecord.
@@ -57,4 +57,4 @@ bool ReadSegmentEntry(vesk::CBitStreamReader& r, RD3SegmentEntry& e);
 bool ReadAssignEntry(vesk::CBitStreamReader& r, RD3AssignEntry& e);
 bool ReadNameField(vesk::CBitStreamReader& r, RD3Name& name);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -7,7 +7,7 @@
 #include "rd3/rd3_format.h"
 #include "vesk/undefined.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 constexpr double kAxisTol = 1e-12;
@@ -113,4 +113,4 @@ Rd3SideLists BuildSideLists(const StfWalk& walk, double z0, const SlopeAngles& s
     return out;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

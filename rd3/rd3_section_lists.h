@@ -10,7 +10,7 @@
 class CProfileAlti;
 class CSectionTemplate;
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // A template segment as the writer builds it. The name is kept in memory
 // only (it steers the pairing of segments); the file gets zeros.
@@ -69,4 +69,4 @@ Rd3SideLists BuildSideLists(const StfWalk& walk, double z0, const SlopeAngles& s
 // (atan2(dz, dx), dx), any other code 23 becomes code 25 unchanged.
 void ConvertSegments(Rd3SegmentList& list);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

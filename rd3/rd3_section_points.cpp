@@ -5,7 +5,7 @@
 
 #include "vesk/undefined.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 using vesk::geom::PNT_2D;
@@ -79,4 +79,4 @@ double SectionHalfWidth(const std::vector<PNT_2D>& points) {
     return 10.0 * std::ceil(w / 10.0);
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -7,7 +7,7 @@
 #include "rd3/rd3_template.h"
 #include "vesk/geom.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 std::vector<vesk::geom::PNT_2D> SectionPoints(const std::vector<RD3TemplateSegment>& left,
                                               const std::vector<RD3TemplateSegment>& right, double z0);
@@ -16,4 +16,4 @@ std::vector<vesk::geom::PNT_2D> SectionPoints(const std::vector<RD3TemplateSegme
 // point (10 without points), rounded up to a multiple of 10.
 double SectionHalfWidth(const std::vector<vesk::geom::PNT_2D>& points);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

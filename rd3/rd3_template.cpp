@@ -5,7 +5,7 @@
 
 #include "rd3/rd3_format.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 bool SegmentFromCode(uint16_t code, double v1, double v2, RD3TemplateSegment& out) {
     out = RD3TemplateSegment{};
@@ -181,4 +181,4 @@ bool SegmentListsEqual(const std::vector<RD3TemplateSegment>& a, const std::vect
     return true;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

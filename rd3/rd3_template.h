@@ -9,7 +9,7 @@
 
 #include "rd3/rd3_name.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // Segment kinds of the reader. 5 is internal: produced by normalisation.
 enum RD3SegmentKind : int32_t {
@@ -75,4 +75,4 @@ bool TemplateValuesEqual(double value, double other);
 // Same count, same kind, values equal segment by segment.
 bool SegmentListsEqual(const std::vector<RD3TemplateSegment>& a, const std::vector<RD3TemplateSegment>& b);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

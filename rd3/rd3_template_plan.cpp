@@ -5,7 +5,7 @@
 
 #include "vesk/format.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 constexpr size_t kTemplateNameUnits = 32;
@@ -159,4 +159,4 @@ Rd3Plan PlanTemplates(const std::vector<Rd3SectionData>& sections) {
     return plan;
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

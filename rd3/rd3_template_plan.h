@@ -10,7 +10,7 @@
 #include "rd3/rd3_section_lists.h"
 #include "rd3/rd3_template.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 struct Rd3SectionData {
     double prog = 0.0;
@@ -59,4 +59,4 @@ RD3Name TemplateName(const std::string& prefix, const Rd3SegmentList& list, cons
 
 Rd3Plan PlanTemplates(const std::vector<Rd3SectionData>& sections);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -5,7 +5,7 @@
 #include "rd3/rd3_azimuth.h"
 #include "rd3/rd3_records.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 namespace {
 
 void WriteElement(Rd3FileOut& out, uint32_t prev, const CPlaniElem& e) {
@@ -62,4 +62,4 @@ void WriteProfileChain(Rd3FileOut& out, CProfileAlti& line) {
     }
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -5,7 +5,7 @@
 class CRoad;
 class CProfileAlti;
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // The road record and one record per plan element. Elements the format
 // cannot carry from this side (clothoids between two radii) are left out,
@@ -17,4 +17,4 @@ void WritePlanChain(Rd3FileOut& out, CRoad& road);
 // vertex of the line.
 void WriteProfileChain(Rd3FileOut& out, CProfileAlti& line);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -4,7 +4,7 @@
 #include "rd3/rd3_records.h"
 #include "vesk/undefined.h"
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 std::vector<Rd3SectionData> CollectSections(CRoad& road, bool& anyTemplate) {
     std::vector<Rd3SectionData> out;
@@ -40,4 +40,4 @@ void WriteTemplatesAndAssignments(Rd3FileOut& out, const Rd3Plan& plan) {
     out.Write(EncodeAssignListRecord(plan.assigns));
 }
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -8,7 +8,7 @@
 
 class CRoad;
 
-namespace rd3 {
+namespace roadx::rd3 {
 
 // The sections of the road that can go into the file: each with a template,
 // an "STF" line with at least one usable vertex, and a project elevation at
@@ -18,4 +18,4 @@ std::vector<Rd3SectionData> CollectSections(CRoad& road, bool& anyTemplate);
 // Directory slots 3 and 4, the templates and the assignment list.
 void WriteTemplatesAndAssignments(Rd3FileOut& out, const Rd3Plan& plan);
 
-}  // namespace rd3
+}  // namespace roadx::rd3

@@ -1,10 +1,11 @@
 #!/bin/sh
-# The main job on the bundled sample: installs what is missing, builds roadx,
-# shows what samples/road.xml holds and converts it to every output format.
+# The main job on the bundled sample: installs what building roadx needs,
+# builds the roadx program alone (no tests, no benchmarks), shows what
+# samples/road.xml holds and converts it to every output format.
 set -eu
 cd "$(dirname "$0")/.."
 scripts/install-deps.sh
-scripts/build.sh build -DROADX_SANITIZE=OFF
+scripts/build.sh build --target roadx -DROADX_SANITIZE=OFF -DROADX_TESTS=OFF -DROADX_BENCH=OFF
 out=${OUT:-build/sample-out}
 mkdir -p "$out"
 roadx=build/cli/roadx

@@ -2,6 +2,7 @@
 // of DXF group pairs, and the small drawing that the golden files hold.
 #pragma once
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <numbers>
 #include <sstream>
@@ -19,7 +20,7 @@ namespace cadtest {
 class CTempDir {
 public:
     CTempDir() {
-        std::string tmpl = "/tmp/roadx_cad_XXXXXX";
+        std::string tmpl = (std::filesystem::temp_directory_path() / "roadx_cad_XXXXXX").string();
         if (mkdtemp(tmpl.data()) != nullptr) path_ = tmpl;
     }
     ~CTempDir() {
@@ -85,7 +86,7 @@ inline int CountOf(const std::vector<TGroup>& g, const std::string& type) {
 // locked layer, a coloured layer with a non-ASCII name, a user block with an
 // insert, a private block that nothing uses (purged).
 inline void BuildSmallDrawing(CZedraEng& eng) {
-    using namespace zedra;
+    using namespace roadx::cad;
     const uint64_t roads = eng.AddDrawing(0, "Strade", true, false, false);
     eng.SetDrawingColor(roads, true, 1);
     const uint64_t hidden = eng.AddDrawing(0, "Nascosto", false, true, false);

@@ -46,8 +46,8 @@ private:
     bool first_ = true;
 };
 
-inline const char* ExpectedType(zedra::EEntKind k, bool r12) {
-    using zedra::EEntKind;
+inline const char* ExpectedType(roadx::cad::EEntKind k, bool r12) {
+    using roadx::cad::EEntKind;
     switch (k) {
         case EEntKind::Point: return "POINT";
         case EEntKind::Line: return "LINE";
@@ -62,15 +62,15 @@ inline const char* ExpectedType(zedra::EEntKind k, bool r12) {
     return "INSERT";
 }
 
-inline void ExpectPoint(CJson& j, const zedra::PNT_3D& p) {
+inline void ExpectPoint(CJson& j, const roadx::cad::PNT_3D& p) {
     j.Num(p.x);
     j.Num(p.y);
     j.Num(p.z);
 }
 
 // exact numbers, angles in degrees, flags and text of one entity.
-inline void ExpectEntity(CJson& j, const CZedraEng& eng, const zedra::TEntRef& r, bool r12) {
-    using namespace zedra;
+inline void ExpectEntity(CJson& j, const CZedraEng& eng, const roadx::cad::TEntRef& r, bool r12) {
+    using namespace roadx::cad;
     const double deg = 180.0 / std::numbers::pi;
     const TEntHdr& h = eng.Header(r);
     j.Open('{');
@@ -150,7 +150,7 @@ inline void ExpectEntity(CJson& j, const CZedraEng& eng, const zedra::TEntRef& r
     j.Close('}');
 }
 
-inline std::string BlockEntityType(zedra::EEntKind k, bool r12) {
+inline std::string BlockEntityType(roadx::cad::EEntKind k, bool r12) {
     const std::string t = ExpectedType(k, r12);
     return t.rfind("POLYLINE", 0) == 0 ? "POLYLINE" : t;
 }

@@ -13,7 +13,7 @@
 #include "cad/dwg_sections.h"
 #include "dwg_test_reader.h"
 
-using namespace zedra::dwg;
+using namespace roadx::cad::dwg;
 
 namespace {
 

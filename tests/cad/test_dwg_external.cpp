@@ -10,15 +10,16 @@
 
 #include "cad_test_util.h"
 #include "dxf_expect.h"
+#include "tests/common/test_data.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 
 namespace {
 
-const std::string kDir = std::string(ROADX_SOURCE_DIR) + "/tests/cad/dwg/";
+const std::string kDir = roadx::test::SourcePath("tests/cad/dwg/");
 
 bool ReadersInstalled() {
-    const std::string modules = std::string(ROADX_SOURCE_DIR) + "/tests/node_modules/";
+    const std::string modules = roadx::test::SourcePath("tests/node_modules/");
     return std::system("node --version >/dev/null 2>&1") == 0 &&
            cadtest::Exists(modules + "@mlightcad/libredwg-web") && cadtest::Exists(modules + "@mlightcad/libdxfrw-web") &&
            cadtest::Exists(modules + "dwg2dxf") &&
@@ -38,7 +39,7 @@ bool SaveAndCheck(CZedraEng& eng, const std::string& expectJson) {
     return read && converted;
 }
 
-constexpr const char* kNeed = "needs node with `npm ci --prefix tests` and python3-ezdxf (scripts/install-deps.sh)";
+constexpr const char* kNeed = "needs node with `npm ci --prefix tests` and python3-ezdxf (scripts/install-deps.sh --test)";
 
 }  // namespace
 

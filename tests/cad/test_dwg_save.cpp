@@ -12,7 +12,7 @@
 #include "cad_test_util.h"
 #include "dwg_test_reader.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 using dwgtest::CBitReader;
 
 namespace {

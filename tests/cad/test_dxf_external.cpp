@@ -8,12 +8,13 @@
 
 #include "cad_test_util.h"
 #include "dxf_expect.h"
+#include "tests/common/test_data.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 
 namespace {
 
-const std::string kScript = std::string(ROADX_SOURCE_DIR) + "/tests/cad/check_dxf.py";
+const std::string kScript = roadx::test::SourcePath("tests/cad/check_dxf.py");
 
 bool ReadersInstalled() {
     return std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") == 0 &&
@@ -65,7 +66,7 @@ TEST(DxfExternal, GoldenFilesAreValid) {
     CZedraEng eng(0, nullptr, true);
     cadtest::BuildSmallDrawing(eng);
     cadtest::CTempDir dir;
-    const std::string data = std::string(ROADX_TEST_DATA) + "/dxf/";
+    const std::string data = roadx::test::DataPath("dxf/");
     EXPECT_TRUE(Check(data + "small_r2000.dxf", cadtest::ExpectJson(eng, false), dir));
     EXPECT_TRUE(Check(data + "small_r12.dxf", cadtest::ExpectJson(eng, true), dir));
 }

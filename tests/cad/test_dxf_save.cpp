@@ -8,8 +8,9 @@
 #include <sys/resource.h>
 
 #include "cad_test_util.h"
+#include "tests/common/test_data.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 using cadtest::CountOf;
 using cadtest::Groups;
 using cadtest::TGroup;
@@ -17,7 +18,7 @@ using cadtest::ValuesOf;
 
 namespace {
 
-const std::string kGoldenDir = std::string(ROADX_TEST_DATA) + "/dxf/";
+const std::string kGoldenDir = roadx::test::DataPath("dxf/");
 
 int Save(CZedraEng& eng, const std::string& path, enumZEDRA_DXFDWG_VER ver = ZEDRA_DXFDWG_VER_R2000,
          uint64_t drawing = 0) {

@@ -9,7 +9,7 @@
 #include "cad/dxf_out.h"
 #include "cad/dxf_text.h"
 
-using namespace zedra::dxf;
+using namespace roadx::cad::dxf;
 
 TEST(DxfText, AsciiStaysNonAsciiBecomesEscapes) {
     EXPECT_EQ(EncodeDxfText("Strada 1", EEncoding::Text), "Strada 1");

@@ -6,7 +6,7 @@
 #include "cad/zedra_eng.h"
 #include "cad/zedra_event_sentinel.h"
 
-using namespace zedra;
+using namespace roadx::cad;
 
 TEST(ZedraEng, NewEngineHasGraficaAsCurrentDrawing) {
     CZedraEng eng(0, nullptr, true);

@@ -23,7 +23,7 @@ inline bool Def(double v) { return std::isfinite(v) && std::fabs(v) < 8.5e199; }
 inline bool DefPt(const vesk::geom::PNT_3D& p) { return Def(p.x) && Def(p.y) && Def(p.z); }
 
 inline std::string LayerOf(CVantriDoc& doc, DrawingHandle h) {
-    return zedra::dxf::SanitizeTableName("Grafica_" + doc.GetZedraEng()->GetDrawingName(h));
+    return roadx::cad::dxf::SanitizeTableName("Grafica_" + doc.GetZedraEng()->GetDrawingName(h));
 }
 
 // Runs of at least two consecutive defined vertices.
@@ -226,7 +226,7 @@ inline void CountGisAndClouds(CVantriDoc& doc, bool clouds, TCounts& c) {
     if (!clouds) return;
     for (unsigned i = 0; i < doc.GetLibCld()->GetNoCld(); ++i) {
         const CCld* cld = doc.GetLibCld()->GetCld(i);
-        for (const auto& p : cld->Points()) c[zedra::dxf::SanitizeTableName(cld->GetName())]["POINT"] += DefPt(p) ? 1 : 0;
+        for (const auto& p : cld->Points()) c[roadx::cad::dxf::SanitizeTableName(cld->GetName())]["POINT"] += DefPt(p) ? 1 : 0;
     }
 }
 

@@ -2,6 +2,7 @@
 // small documents built through the document builder, and the independent
 // reading of written files by ezdxf and ogrinfo (check_drawing.py).
 #pragma once
+#include <filesystem>
 #include <unistd.h>
 
 #include <cmath>
@@ -18,15 +19,17 @@
 #include "cad/zedra_eng.h"
 #include "host/document.h"
 #include "host/load_vantri_dati.h"
+#include "host/null_ui.h"
 #include "host/ui.h"
+#include "tests/common/test_data.h"
 
 namespace dxtest {
 
-// A fresh folder under /tmp, removed with everything in it.
+// A fresh folder in the temporary directory, removed with everything in it.
 class CTempDir {
 public:
     CTempDir() {
-        std::string tmpl = "/tmp/roadx_dxfdwg_XXXXXX";
+        std::string tmpl = (std::filesystem::temp_directory_path() / "roadx_dxfdwg_XXXXXX").string();
         if (mkdtemp(tmpl.data()) != nullptr) path_ = tmpl;
     }
     ~CTempDir() {
@@ -51,7 +54,7 @@ inline std::string ReadAll(const std::string& p) {
 }
 
 // Answers the drawing-export dialogs as a test says and records every call.
-class CScriptedUi : public CHostUi {
+class CScriptedUi : public roadx::host::CNullUi {
 public:
     // Option dialog.
     bool optOk = true;
@@ -73,14 +76,6 @@ public:
     // Messages, as (title, text).
     std::vector<std::pair<std::string, std::string>> messages;
 
-    bool DlgImportLandXML(bool, bool, const std::vector<CString>&, const std::vector<CString>&, bool,
-                          const std::vector<CString>&, const std::vector<vesk::String>&,
-                          TImportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
     bool DlgOpzTrasfToDxf(CZedraEng* eng, TOpzTrasfToDxf& opz) override {
         ++optCalls;
         optEng = eng;
@@ -102,9 +97,7 @@ public:
         ver = fileVer;
         return true;
     }
-    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
     void Message(const std::string& title, const std::string& text) override { messages.emplace_back(title, text); }
-    bool QuestionYesNo(const std::string&, const std::string&) override { return false; }
 };
 
 // ---- documents
@@ -238,13 +231,13 @@ inline std::vector<std::string> TextsOf(const CZedraEng& e, DrawingHandle d) {
     return out;
 }
 
-inline std::vector<vesk::geom::PNT_3D> VerticesOf(const CZedraEng& e, const zedra::TPoly3D& p) {
+inline std::vector<vesk::geom::PNT_3D> VerticesOf(const CZedraEng& e, const roadx::cad::TPoly3D& p) {
     return {e.Vertices3D(p), e.Vertices3D(p) + p.count};
 }
 
 // ---- independent reading
 
-inline std::string ScriptPath() { return std::string(ROADX_SOURCE_DIR) + "/tests/dxfdwg/check_drawing.py"; }
+inline std::string ScriptPath() { return roadx::test::SourcePath("tests/dxfdwg/check_drawing.py"); }
 
 inline bool ReadersInstalled() {
     return std::system("/usr/bin/python3 -c 'import ezdxf' >/dev/null 2>&1") == 0 &&

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <numbers>
 
-#include "cad/display/display.h"
-#include "cad/display/doc_display.h"
-#include "cad/display/tin_contours.h"
+#include "display/display.h"
+#include "display/doc_display.h"
+#include "display/tin_contours.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"
 
 namespace {
@@ -45,11 +45,11 @@ TEST_F(DtmDisplay, FacesBoundariesAndJoinedBreaklines) {
     // The boundary: closed, its repeated last vertex dropped.
     EXPECT_EQ(dxtest::VerticesOf(*eng, eng->Polys3D()[0]),
               (std::vector<PNT_3D>{{0, 0, 0}, {20, 0, 2}, {20, 20, 6}, {0, 20, 4}}));
-    EXPECT_TRUE(eng->Polys3D()[0].h.flags & zedra::kFlagClosed);
+    EXPECT_TRUE(eng->Polys3D()[0].h.flags & roadx::cad::kFlagClosed);
     // Two breakline segments that meet make one line; the third its own.
     EXPECT_EQ(dxtest::VerticesOf(*eng, eng->Polys3D()[1]),
               (std::vector<PNT_3D>{{0, 0, 0}, {10, 10, 3}, {20, 20, 6}}));
-    EXPECT_FALSE(eng->Polys3D()[1].h.flags & zedra::kFlagClosed);
+    EXPECT_FALSE(eng->Polys3D()[1].h.flags & roadx::cad::kFlagClosed);
     EXPECT_EQ(dxtest::VerticesOf(*eng, eng->Polys3D()[2]), (std::vector<PNT_3D>{{20, 0, 2}, {10, 10, 3}}));
     // Drawing again neither duplicates nor references twice.
     doc.GetDisLibDtm()->AddAllDtm(false);
@@ -80,7 +80,7 @@ TEST_F(DtmDisplay, UndefinedVerticesAndBadIndicesAreNotDrawn) {
     ASSERT_EQ(eng->Polys3D().size(), 4u);
     EXPECT_EQ(eng->Polys3D()[0].count, 2u);
     EXPECT_EQ(eng->Polys3D()[1].count, 3u);
-    EXPECT_FALSE(eng->Polys3D()[1].h.flags & zedra::kFlagClosed);
+    EXPECT_FALSE(eng->Polys3D()[1].h.flags & roadx::cad::kFlagClosed);
     EXPECT_TRUE(dxtest::AllCoordinatesDefined(*eng));
 }
 
@@ -168,7 +168,7 @@ TEST_F(DtmDisplay, ContoursInTheirDrawingWithIndexLabels) {
     doc.GetDisCts()->CreaTutto(true, false);
     const DrawingHandle d = doc.GetCts()->GetTargetDrawing();
     EXPECT_EQ(eng->GetDrawingName(d), "Curve di livello");
-    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Poly3D), 11u);  // 0.5 .. 5.5
+    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Poly3D), 11u);  // 0.5 .. 5.5
     // Every fifth level (2.5, 5) labelled with its elevation.
     EXPECT_EQ(dxtest::TextsOf(*eng, d), (std::vector<std::string>{"2.5", "5"}));
     // Switched off: nothing; DelTutto removes them.

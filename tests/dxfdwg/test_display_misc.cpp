@@ -1,8 +1,9 @@
 // GIS themes and point clouds.
 #include <gtest/gtest.h>
 
-#include "cad/display/display.h"
-#include "cad/display/doc_display.h"
+#include "display/cld_draw.h"
+#include "display/display.h"
+#include "display/doc_display.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"
 
 namespace {
@@ -30,7 +31,7 @@ TEST(GisDisplay, FeaturesAsTheirGeometryAndThemeNames) {
     EXPECT_EQ(eng->Polys3D()[0].count, 2u);
     EXPECT_EQ(eng->Polys3D()[1].count, 2u);
     EXPECT_EQ(dxtest::VerticesOf(*eng, eng->Polys3D()[2]), (std::vector<PNT_3D>{{0, 0, 0}, {9, 0, 0}, {9, 9, 0}}));
-    EXPECT_TRUE(eng->Polys3D()[2].h.flags & zedra::kFlagClosed);
+    EXPECT_TRUE(eng->Polys3D()[2].h.flags & roadx::cad::kFlagClosed);
     const DrawingHandle names = doc.GetLibGis()->GetTargetDrawing();
     EXPECT_EQ(eng->GetDrawingName(names), "GIS");
     EXPECT_EQ(dxtest::TextsOf(*eng, names), (std::vector<std::string>{"Pozzetti"}));
@@ -45,7 +46,7 @@ TEST(CloudDraw, PointsInTheDrawingOfItsName) {
     CCld c("Scansione");
     c.Points() = {{1, 2, 3}, {4, 5, vesk::kUndefined}, {std::nan(""), 1, 1}, {7, 8, 9}};
     CZedraEng eng(0, nullptr, true);
-    c.Draw(&eng);
+    roadx::display::DrawCloud(c, &eng);
     const DrawingHandle d = eng.GetDrawingFromName("Scansione");
     ASSERT_NE(d, 0u);
     bool set = false;
@@ -58,10 +59,10 @@ TEST(CloudDraw, PointsInTheDrawingOfItsName) {
     // A drawing of that name that exists is used as it is.
     CCld other("grafica");
     other.Points() = {{0, 0, 0}};
-    other.Draw(&eng);
+    roadx::display::DrawCloud(other, &eng);
     EXPECT_EQ(eng.Points()[2].h.drawing, eng.GetDrawingFromName("Grafica"));
     EXPECT_EQ(eng.GetDrawings().size(), 2u);
-    c.Draw(nullptr);  // no engine: nothing, no crash
+    roadx::display::DrawCloud(c, nullptr);  // no engine: nothing, no crash
 }
 
 TEST(Display, DocumentWithoutEngineOrEmptyLibrariesDrawsNothing) {

@@ -5,9 +5,9 @@
 #include <cmath>
 #include <numbers>
 
-#include "cad/display/display.h"
-#include "cad/display/doc_display.h"
-#include "cad/display/road_axis.h"
+#include "display/display.h"
+#include "display/doc_display.h"
+#include "display/road_axis.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"
 
 namespace {
@@ -15,7 +15,7 @@ namespace {
 using vesk::geom::PNT_3D;
 
 // Distance from a point to a polyline.
-double DistToPolyline(const std::vector<zedra::TVertex2D>& v, double x, double y) {
+double DistToPolyline(const std::vector<roadx::cad::TVertex2D>& v, double x, double y) {
     double best = INFINITY;
     for (size_t i = 0; i + 1 < v.size(); ++i) {
         const double ax = v[i].x, ay = v[i].y, dx = v[i + 1].x - ax, dy = v[i + 1].y - ay;
@@ -71,7 +71,7 @@ TEST_F(RoadDisplay, AxisIsTrueLinesArcsAndFineClothoids) {
     for (int k = 0; k < 2; ++k) {
         const CPlaniElem* e = elems[k == 0 ? 1 : 3];
         const auto& p = eng->Polys2D()[static_cast<size_t>(k)];
-        const std::vector<zedra::TVertex2D> v(eng->Vertices2D(p), eng->Vertices2D(p) + p.count);
+        const std::vector<roadx::cad::TVertex2D> v(eng->Vertices2D(p), eng->Vertices2D(p) + p.count);
         EXPECT_EQ(v.front().x, e->GetStartPnt().x);
         EXPECT_EQ(v.back().x, e->GetEndPnt().x);
         EXPECT_EQ(v.back().y, e->GetEndPnt().y);
@@ -91,7 +91,7 @@ TEST_F(RoadDisplay, TicksEveryTwentyMetresLabelsEveryHundred) {
     doc.GetDisRoad()->AddAllRoads();
     const DrawingHandle d = road->GetTargetDrawing();
     // 359.5 m: ticks at 0, 20 .. 340 and 359.5; two axis lines besides.
-    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Line), 2u + 19u);
+    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Line), 2u + 19u);
     EXPECT_EQ(dxtest::TextsOf(*eng, d),
               (std::vector<std::string>{"0+000.00", "0+100.00", "0+200.00", "0+300.00", "0+359.50"}));
     // The 100 m label: on the straight, 3 m left of the axis, reading
@@ -140,7 +140,7 @@ TEST_F(RoadDisplay, RoadWithoutElementsIsNotDrawnAndFullTurnIsACircle) {
     doc.GetDisRoad()->AddAllRoads();
     EXPECT_EQ(doc.GetLibRoad()->GetRoad(1)->GetTargetDrawing(), 0u);
     const DrawingHandle d = ring->GetTargetDrawing();
-    ASSERT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Circle), 1u);
+    ASSERT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Circle), 1u);
     EXPECT_EQ(eng->Circles()[0].c, (PNT_3D{0, -50, 0}));  // a right turn: centre on the right
     EXPECT_EQ(eng->Circles()[0].r, 50.0);
 }
@@ -153,8 +153,8 @@ TEST_F(RoadDisplay, WildChainagesGetOnlyTheirEndTicks) {
     doc.GetDisRoad()->AddAllRoads();
     doc.GetDisLibProfile()->AddAllProfiles();
     const DrawingHandle d = far->GetTargetDrawing();
-    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Line), 3u);  // the axis and two ticks
-    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Text), 2u);
+    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Line), 3u);  // the axis and two ticks
+    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Text), 2u);
     EXPECT_TRUE(dxtest::AllCoordinatesDefined(*eng));
 }
 

@@ -4,8 +4,8 @@
 
 #include <set>
 
-#include "cad/display/display.h"
-#include "cad/display/doc_display.h"
+#include "display/display.h"
+#include "display/doc_display.h"
 #include "cad/doc_symbol_manager.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"
 
@@ -59,9 +59,9 @@ TEST_F(SurveyDisplay, PointsAndTheirLabels) {
     const auto& name = eng->Texts()[0];
     const auto& elev = eng->Texts()[1];
     EXPECT_EQ(name.p, (PNT_3D{100.125, 200.125, 50.5}));
-    EXPECT_EQ(name.valign, zedra::EVAlign::Bottom);
+    EXPECT_EQ(name.valign, roadx::cad::EVAlign::Bottom);
     EXPECT_EQ(elev.p, (PNT_3D{100.125, 199.875, 50.5}));
-    EXPECT_EQ(elev.valign, zedra::EVAlign::Top);
+    EXPECT_EQ(elev.valign, roadx::cad::EVAlign::Top);
     EXPECT_EQ(name.height, 0.5);
     EXPECT_TRUE(dxtest::AllCoordinatesDefined(*eng));
 }
@@ -90,14 +90,14 @@ TEST_F(SurveyDisplay, GpsBaseRoversAndVectors) {
     doc.GetDisLibGps()->CreaTutto(true, false);
     const DrawingHandle d = doc.GetLibGps()->GetGrpAt(0)->GetTargetDrawing();
     EXPECT_EQ(eng->GetDrawingName(d), "GPS_Rover");
-    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Point), 2u);  // base and R1 (R2 has no coordinates)
+    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Point), 2u);  // base and R1 (R2 has no coordinates)
     ASSERT_EQ(eng->Lines().size(), 1u);
     EXPECT_EQ(eng->Lines()[0].a, (PNT_3D{1000, 2000, 300}));
     EXPECT_EQ(eng->Lines()[0].b, (PNT_3D{1010, 2010, 301}));
     ASSERT_EQ(eng->Polys3D().size(), 1u);  // the base's triangle, around it, closed
     const auto tri = dxtest::VerticesOf(*eng, eng->Polys3D()[0]);
     ASSERT_EQ(tri.size(), 3u);
-    EXPECT_TRUE(eng->Polys3D()[0].h.flags & zedra::kFlagClosed);
+    EXPECT_TRUE(eng->Polys3D()[0].h.flags & roadx::cad::kFlagClosed);
     for (const auto& v : tri) EXPECT_NEAR(std::hypot(v.x - 1000, v.y - 2000), 1.0 / std::sqrt(3.0), 1e-12);
     EXPECT_EQ(dxtest::TextsOf(*eng, doc.GetLibGps()->GetTargetDrawing()),
               (std::vector<std::string>{"BASE", "300.000", "R1", "301.000"}));
@@ -110,7 +110,7 @@ TEST_F(SurveyDisplay, TotalStationStationsObservationsAndLines) {
     ASSERT_EQ(eng->Circles().size(), 1u);
     EXPECT_EQ(eng->Circles()[0].c, (PNT_3D{500, 600, 70}));
     EXPECT_EQ(eng->Circles()[0].r, 0.5);
-    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, zedra::EEntKind::Point), 3u);
+    EXPECT_EQ(eng->GetNoEntitiesOfDrawing(d, roadx::cad::EEntKind::Point), 3u);
     ASSERT_EQ(eng->Lines().size(), 2u);
     EXPECT_EQ(eng->Lines()[1].b, (PNT_3D{500, 620, 0}));  // P2 has no elevation
     EXPECT_EQ(dxtest::TextsOf(*eng, doc.GetLibCmp()->GetTargetDrawing()),
@@ -144,7 +144,7 @@ TEST_F(SurveyDisplay, EveryObjectGetsItsOwnDrawingOnceWithADistinctColour) {
 }
 
 TEST_F(SurveyDisplay, AnnullaTuttoRemovesOnlyItsOwnEntities) {
-    zedra::TEntAttr mine;
+    roadx::cad::TEntAttr mine;
     eng->AddLine(mine, {0, 0, 0}, {1, 1, 1});
     RefreshDocumentDisplay(doc);
     const size_t all = eng->GetNoEntities();

@@ -2,7 +2,7 @@
 // holders' target drawings are saved, pointed at them and put back.
 #include <gtest/gtest.h>
 
-#include "cad/display/doc_display.h"
+#include "display/doc_display.h"
 #include "cad/zedra_eng.h"
 #include "dxfdwg/export_targets.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"

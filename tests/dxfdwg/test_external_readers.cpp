@@ -2,10 +2,11 @@
 // ogrinfo and counted layer by layer against the document.
 #include <gtest/gtest.h>
 
-#include "cad/display/doc_display.h"
+#include "display/doc_display.h"
 #include "dxfdwg/drawing_export.h"
 #include "tests/dxfdwg/dxfdwg_expect.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"
+#include "exchange/exchange.h"
 
 namespace {
 

@@ -2,11 +2,12 @@
 // display removed and drawn again, the export engine, the messages.
 #include <gtest/gtest.h>
 
-#include "cad/display/display.h"
-#include "cad/display/doc_display.h"
+#include "display/display.h"
+#include "display/doc_display.h"
 #include "cad/zedra_eng.h"
 #include "dxfdwg/drawing_export.h"
 #include "tests/dxfdwg/dxfdwg_test_util.h"
+#include "exchange/exchange.h"
 
 namespace {
 
@@ -60,7 +61,7 @@ protected:
         cloud->Points() = {{1, 1, 1}, {2, 2, 2}, {vesk::kUndefined, 3, 3}};
         RefreshDocumentDisplay(doc);
         // Something of the user's own, on the engine's "Grafica".
-        zedra::TEntAttr a;
+        roadx::cad::TEntAttr a;
         doc.GetZedraEng()->AddLine(a, {0, 0, 0}, {-50, -50, 0});
     }
     CVantriDoc doc;
@@ -91,9 +92,9 @@ TEST_F(SaveAllTest, CancelledOptionDialogLeavesTheDocumentUntouched) {
     const uint64_t changes = doc.GetZedraEng()->GetChangeCount();
     ui.optOk = false;
     CZedraEng eng(0, nullptr, true);
-    const TDrawingExportOutcome out =
-        SaveAllDataToDxfDwgOutcome(&doc, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
-    EXPECT_TRUE(out.cancelled);
+    const TExchangeStatus out =
+        roadx::dxfdwg::SaveAllDataToDxfDwgStatus(&doc, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
+    EXPECT_TRUE((out.code == TExchangeStatus::CANCELLED));
     EXPECT_EQ(State(doc), before);
     EXPECT_EQ(doc.GetZedraEng()->GetChangeCount(), changes);
     EXPECT_EQ(eng.GetChangeCount(), 0u);
@@ -107,14 +108,13 @@ TEST_F(SaveAllTest, ExportDrawsIntoGraficaDrawingsAndGivesTheDocumentBack) {
     CZedraEng* de = doc.GetZedraEng();
     const DrawingHandle dtmDoc = doc.GetLibDtm()->GetPrj(0)->GetTargetDrawing();
     const DrawingHandle roadDoc = doc.GetLibRoad()->GetRoad(0)->GetTargetDrawing();
-    const size_t faces = de->GetNoEntitiesOfDrawing(dtmDoc, zedra::EEntKind::Face3D);
+    const size_t faces = de->GetNoEntitiesOfDrawing(dtmDoc, roadx::cad::EEntKind::Face3D);
     ASSERT_EQ(faces, 8u);
     CZedraEng eng(0, nullptr, true);
-    const TDrawingExportOutcome out =
-        SaveAllDataToDxfDwgOutcome(&doc, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
-    EXPECT_FALSE(out.cancelled);
-    EXPECT_FALSE(out.dwg);
-    EXPECT_EQ(out.saveResult, 0);
+    const TExchangeStatus out =
+        roadx::dxfdwg::SaveAllDataToDxfDwgStatus(&doc, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
+    EXPECT_FALSE((out.code == TExchangeStatus::CANCELLED));
+    EXPECT_EQ(out.detail, 0);
     EXPECT_TRUE(dxtest::Exists(dir.File("a.dxf")));
     EXPECT_TRUE(ui.messages.empty());
     // The document: same drawings, entities, references and targets.
@@ -127,14 +127,14 @@ TEST_F(SaveAllTest, ExportDrawsIntoGraficaDrawingsAndGivesTheDocumentBack) {
     ASSERT_NE(roadExp, 0u);
     EXPECT_EQ(eng.GetNoEntitiesOfDrawing(dtmDoc), 0u);
     EXPECT_EQ(eng.GetNoEntitiesOfDrawing(roadDoc), 0u);
-    EXPECT_EQ(eng.GetNoEntitiesOfDrawing(dtmExp, zedra::EEntKind::Face3D), faces);
+    EXPECT_EQ(eng.GetNoEntitiesOfDrawing(dtmExp, roadx::cad::EEntKind::Face3D), faces);
     EXPECT_EQ(eng.GetNoEntitiesOfDrawing(roadExp), de->GetNoEntitiesOfDrawing(roadDoc));
     // References taken for the export are given back.
     EXPECT_EQ(eng.GetDrawingRefCount(dtmExp), 0);
     EXPECT_EQ(eng.GetDrawingRefCount(roadExp), 0);
     // The user's own line came over on "Grafica"; the cloud on its own drawing.
-    EXPECT_EQ(eng.GetNoEntitiesOfDrawing(eng.GetDrawingFromName("Grafica"), zedra::EEntKind::Line), 1u);
-    EXPECT_EQ(eng.GetNoEntitiesOfDrawing(eng.GetDrawingFromName("Scansione"), zedra::EEntKind::Point), 2u);
+    EXPECT_EQ(eng.GetNoEntitiesOfDrawing(eng.GetDrawingFromName("Grafica"), roadx::cad::EEntKind::Line), 1u);
+    EXPECT_EQ(eng.GetNoEntitiesOfDrawing(eng.GetDrawingFromName("Scansione"), roadx::cad::EEntKind::Point), 2u);
     EXPECT_EQ(de->GetDrawingFromName("Scansione"), 0u);
 }
 
@@ -161,7 +161,7 @@ TEST_F(SaveAllTest, HiddenDrawingsAreNotDrawnUnderVisibleOnly) {
     ui.flags[0] = false;
     CZedraEng eng2(0, nullptr, true);
     SaveAllDataToDxfDwg(&doc, dir.File("b.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng2);
-    EXPECT_EQ(eng2.GetNoEntitiesOfDrawing(eng2.GetDrawingFromName(eng.GetDrawingName(exp)), zedra::EEntKind::Point), 4u);
+    EXPECT_EQ(eng2.GetNoEntitiesOfDrawing(eng2.GetDrawingFromName(eng.GetDrawingName(exp)), roadx::cad::EEntKind::Point), 4u);
 }
 
 TEST_F(SaveAllTest, CloudsOnlyWithTheirOption) {
@@ -169,7 +169,7 @@ TEST_F(SaveAllTest, CloudsOnlyWithTheirOption) {
     CZedraEng eng(0, nullptr, true);
     SaveAllDataToDxfDwg(&doc, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
     EXPECT_EQ(eng.GetDrawingFromName("Scansione"), 0u);
-    EXPECT_EQ(eng.GetNoEntities(zedra::EEntKind::Point), 4u + 2u + 3u);  // points, GPS, total station
+    EXPECT_EQ(eng.GetNoEntities(roadx::cad::EEntKind::Point), 4u + 2u + 3u);  // points, GPS, total station
 }
 
 TEST_F(SaveAllTest, FlattenAndVersionReachTheFile) {
@@ -232,20 +232,17 @@ TEST_F(SaveAllTest, WriteProtectedTargetIsReported) {
 
 TEST_F(SaveAllTest, UpperCaseDwgWritesDwgOnlyWhenAllowed) {
     CZedraEng eng(0, nullptr, true);
-    TDrawingExportOutcome out = SaveAllDataToDxfDwgOutcome(&doc, dir.File("A.DWG"), ZEDRA_DXFDWG_VER_R2000, true, &eng);
-    EXPECT_TRUE(out.dwg);
-    EXPECT_EQ(out.saveResult, 0);
+    TExchangeStatus out = roadx::dxfdwg::SaveAllDataToDxfDwgStatus(&doc, dir.File("A.DWG"), ZEDRA_DXFDWG_VER_R2000, FIsDwgPath(dir.File("A.DWG"), true), &eng);
+    EXPECT_EQ(out.detail, 0);
     EXPECT_EQ(dxtest::ReadAll(dir.File("A.DWG")).substr(0, 6), "AC1015");  // a DWG file's own signature
     CZedraEng eng2(0, nullptr, true);
-    out = SaveAllDataToDxfDwgOutcome(&doc, dir.File("B.DWG"), ZEDRA_DXFDWG_VER_R2000, false, &eng2);
-    EXPECT_FALSE(out.dwg);
-    EXPECT_EQ(out.saveResult, 0);
+    out = roadx::dxfdwg::SaveAllDataToDxfDwgStatus(&doc, dir.File("B.DWG"), ZEDRA_DXFDWG_VER_R2000, false, &eng2);
+    EXPECT_EQ(out.detail, 0);
     EXPECT_EQ(dxtest::ReadAll(dir.File("B.DWG")).substr(0, 9), "  0\nSECTI");
     // DWG exists as R2000 only: an R12 DWG is refused, silently.
     CZedraEng eng3(0, nullptr, true);
-    out = SaveAllDataToDxfDwgOutcome(&doc, dir.File("C.dwg"), ZEDRA_DXFDWG_VER_R12, true, &eng3);
-    EXPECT_TRUE(out.dwg);
-    EXPECT_EQ(out.saveResult, zedra::kSaveDwgUnsupported);
+    out = roadx::dxfdwg::SaveAllDataToDxfDwgStatus(&doc, dir.File("C.dwg"), ZEDRA_DXFDWG_VER_R12, FIsDwgPath(dir.File("C.dwg"), true), &eng3);
+    EXPECT_EQ(out.detail, roadx::cad::kSaveDwgUnsupported);
     EXPECT_FALSE(dxtest::Exists(dir.File("C.dwg")));
     EXPECT_TRUE(ui.messages.empty());  // any other result is silent
 }
@@ -255,9 +252,9 @@ TEST_F(SaveAllTest, DocumentWithoutDisplayStillExports) {
     dxtest::BuildSurvey(bare);
     dxtest::BuildRoad(bare);
     CZedraEng eng(0, nullptr, true);
-    const TDrawingExportOutcome out =
-        SaveAllDataToDxfDwgOutcome(&bare, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
-    EXPECT_EQ(out.saveResult, 0);
+    const TExchangeStatus out =
+        roadx::dxfdwg::SaveAllDataToDxfDwgStatus(&bare, dir.File("a.dxf"), ZEDRA_DXFDWG_VER_R2000, false, &eng);
+    EXPECT_EQ(out.detail, 0);
     EXPECT_EQ(ui.optEng, nullptr);
     // No drawing of their own: everything lands on the engine's "Grafica".
     EXPECT_EQ(eng.GetDrawings().size(), 1u);
@@ -291,21 +288,20 @@ TEST_F(SaveAllTest, FileDialogThenExportAlwaysFalse) {
 TEST_F(SaveAllTest, StatusSaysHowItEnded) {
     ui.filePath = dir.File("b.dwg");
     ui.fileVer = ZEDRA_DXFDWG_VER_R12;
-    TDrawingExportOutcome out;
-    TExchangeStatus st = ExportFileDxfDwg(&doc, "", true, &out);
+    TExchangeStatus st = roadx::dxfdwg::ExportFileDxfDwgStatus(&doc, "", true);
     EXPECT_EQ(st.code, TExchangeStatus::WRITE_FAILED);
-    EXPECT_EQ(out.saveResult, zedra::kSaveDwgUnsupported);
+    EXPECT_EQ(st.detail, roadx::cad::kSaveDwgUnsupported);
     EXPECT_FALSE(dxtest::Exists(dir.File("b.dwg")));
     ui.fileVer = ZEDRA_DXFDWG_VER_R2000;
     ui.filePath = "/dev/full";
-    st = ExportFileDxfDwg(&doc, "", true);
+    st = roadx::dxfdwg::ExportFileDxfDwgStatus(&doc, "", true);
     EXPECT_EQ(st.code, TExchangeStatus::WRITE_FAILED);
     EXPECT_EQ(st.message, "disk full");
     ui.optOk = false;
-    EXPECT_EQ(ExportFileDxfDwg(&doc, "", true).code, TExchangeStatus::CANCELLED);
+    EXPECT_EQ(roadx::dxfdwg::ExportFileDxfDwgStatus(&doc, "", true).code, TExchangeStatus::CANCELLED);
     ui.optOk = true;
     ui.filePath = dir.File("ok.dxf");
-    EXPECT_TRUE(ExportFileDxfDwg(&doc, "", true).ok());
+    EXPECT_TRUE(roadx::dxfdwg::ExportFileDxfDwgStatus(&doc, "", true).ok());
 }
 
 TEST(FIsDwgPath, EndingComparedWithoutCase) {

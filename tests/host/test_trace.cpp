@@ -3,6 +3,7 @@
 #include <limits>
 
 #include "host/load_vantri_dati.h"
+#include "host/null_ui.h"
 #include "host/trace.h"
 #include "host/ui.h"
 
@@ -51,18 +52,9 @@ TEST(Trace, NonUtf8TextDoesNotThrow) {
     EXPECT_EQ(TraceJsonString("è\n"), "\"è\\n\"");
 }
 
-struct ScriptedUi : CHostUi {
+struct ScriptedUi : roadx::host::CNullUi {
     bool answer = true;
     std::vector<std::string> seen;
-    bool DlgImportLandXML(bool, bool, const std::vector<CString>&, const std::vector<CString>&, bool,
-                          const std::vector<CString>&, const std::vector<vesk::String>&,
-                          TImportLandXMLResult&) override { return false; }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
-    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
-    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
     void Message(const std::string& title, const std::string& text) override { seen.push_back(title + "|" + text); }
     bool QuestionYesNo(const std::string&, const std::string&) override { return answer; }
 };

@@ -14,13 +14,15 @@
 #include <vector>
 
 #include "host/document.h"
+#include "host/null_ui.h"
 #include "host/ui.h"
 #include "landxml_export/export_landxml.h"
+#include "tests/common/test_data.h"
 
 namespace lxetest {
 
 // Answers only the two dialogs of the export; records what they were given.
-class CExportUi : public CHostUi {
+class CExportUi : public roadx::host::CNullUi {
 public:
     // Fills the selection; unset means "everything, in library order".
     std::function<void(TExportLandXMLResult&)> select;
@@ -30,11 +32,6 @@ public:
     std::vector<TSaveFileDialogArgs> saveDialogs;
     std::vector<std::string> messages;
 
-    bool DlgImportLandXML(bool, bool, const std::vector<CString>&, const std::vector<CString>&, bool,
-                          const std::vector<CString>&, const std::vector<vesk::String>&,
-                          TImportLandXMLResult&) override {
-        return false;
-    }
     bool DlgExportLandXML(CLibCmp& cmp, CLibGps& gps, CLibPnt& pnt, CLibDtm& dtm, CLibRoad& road,
                           TExportLandXMLResult& r) override {
         ++exportDialogs;
@@ -50,15 +47,12 @@ public:
         for (unsigned i = 0; i < road.GetNumRoads(); ++i) r.roads.push_back(road.GetRoad(i));
         return true;
     }
-    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
-    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
     bool SaveFileDialog(const TSaveFileDialogArgs& args, std::string& p) override {
         saveDialogs.push_back(args);
         p = path;
         return !path.empty();
     }
     void Message(const std::string& title, const std::string& text) override { messages.push_back(title + text); }
-    bool QuestionYesNo(const std::string&, const std::string&) override { return false; }
 };
 
 // A fresh folder of its own for each test, removed at the end.
@@ -93,7 +87,7 @@ inline bool FileExists(const std::string& path) { return std::filesystem::exists
 // the text written to `path` (set on the UI).
 inline std::string Export(IVantriDati& doc, CExportUi& ui, TExchangeStatus* status = nullptr) {
     CHostUiScope scope(&ui);
-    const TExchangeStatus st = ExportLandXMLFile(doc);
+    const TExchangeStatus st = roadx::landxml::ExportLandXMLStatus(doc);
     if (status) *status = st;
     EXPECT_TRUE(st.ok()) << st.message;
     return ReadFile(ui.path);
@@ -102,7 +96,7 @@ inline std::string Export(IVantriDati& doc, CExportUi& ui, TExchangeStatus* stat
 // A golden file of tests/data/landxml_export, with "@PATH@" standing for the
 // output path (the Project name is the full path).
 inline std::string Golden(const std::string& name, const std::string& path) {
-    std::string text = ReadFile(std::string(ROADX_TEST_DATA) + "/landxml_export/" + name);
+    std::string text = ReadFile(roadx::test::DataPath("landxml_export/" + name));
     EXPECT_FALSE(text.empty()) << name;
     const std::string key = "@PATH@";
     for (size_t at = text.find(key); at != std::string::npos; at = text.find(key, at + path.size()))

@@ -8,6 +8,7 @@
 #include "lxe_documents.h"
 #include "lxe_test_util.h"
 #include "vesk/format.h"
+#include "exchange/exchange.h"
 
 namespace {
 
@@ -57,7 +58,7 @@ TEST(ExportDriver, CancelledSelectionAsksForNoFileAndWritesNothing) {
     ui.confirmSelection = false;
     ui.path = dir.Path("a.xml");
     CHostUiScope scope(&ui);
-    const TExchangeStatus st = ExportLandXMLFile(doc);
+    const TExchangeStatus st = roadx::landxml::ExportLandXMLStatus(doc);
     EXPECT_EQ(st.code, TExchangeStatus::CANCELLED);
     EXPECT_TRUE(ui.saveDialogs.empty());
     EXPECT_FALSE(lxetest::FileExists(ui.path));
@@ -68,13 +69,13 @@ TEST(ExportDriver, CancelledSaveDialogWritesNothing) {
     lxetest::BuildSurveys(doc);
     CExportUi ui;  // empty path: the save dialog is cancelled
     CHostUiScope scope(&ui);
-    EXPECT_EQ(ExportLandXMLFile(doc).code, TExchangeStatus::CANCELLED);
+    EXPECT_EQ(roadx::landxml::ExportLandXMLStatus(doc).code, TExchangeStatus::CANCELLED);
     EXPECT_EQ(ui.saveDialogs.size(), 1u);
 }
 
 TEST(ExportDriver, WithoutAnyHostUiNothingHappens) {
     CVantriDoc doc;
-    EXPECT_EQ(ExportLandXMLFile(doc).code, TExchangeStatus::CANCELLED);
+    EXPECT_EQ(roadx::landxml::ExportLandXMLStatus(doc).code, TExchangeStatus::CANCELLED);
 }
 
 TEST(ExportDriver, ProjectNameIsTheWholePathAsChosen) {
@@ -199,7 +200,7 @@ void ExpectWriteFailure(const std::string& path, const std::string& reason) {
     CExportUi ui;
     ui.path = path;
     CHostUiScope scope(&ui);
-    const TExchangeStatus st = ExportLandXMLFile(doc);
+    const TExchangeStatus st = roadx::landxml::ExportLandXMLStatus(doc);
     EXPECT_EQ(st.code, TExchangeStatus::WRITE_FAILED);
     EXPECT_NE(st.message.find(reason), std::string::npos) << st.message;
     ExportLandXML(doc);  // silent, no crash
@@ -220,7 +221,7 @@ TEST(ExportDriver, FullDiskIsReportedForOutputLargerThanTheBuffer) {
     CExportUi ui;
     ui.path = "/dev/full";
     CHostUiScope scope(&ui);
-    const TExchangeStatus st = ExportLandXMLFile(doc);
+    const TExchangeStatus st = roadx::landxml::ExportLandXMLStatus(doc);
     EXPECT_EQ(st.code, TExchangeStatus::WRITE_FAILED);
     EXPECT_NE(st.message.find("No space left on device"), std::string::npos) << st.message;
 }

@@ -15,6 +15,7 @@
 #include "exchange/common/status.h"
 #include "host/document.h"
 #include "host/trace.h"
+#include "host/null_ui.h"
 #include "host/ui.h"
 #include "landxml_import/import_landxml.h"
 
@@ -35,7 +36,7 @@ inline std::string Alignment(std::string_view name, std::string_view elements, s
 // The import dialog and the questions, answered by script. By default every
 // listed surface and alignment is chosen, points too, and every question is
 // answered yes.
-class CScriptedUi : public CHostUi {
+class CScriptedUi : public roadx::host::CNullUi {
 public:
     bool confirm = true;
     bool chooseAll = true;
@@ -74,13 +75,6 @@ public:
         }
         return true;
     }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
-    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
-    bool SaveFileDialog(const TSaveFileDialogArgs&, std::string&) override { return false; }
-    void Message(const std::string&, const std::string&) override {}
     bool QuestionYesNo(const std::string& caption, const std::string& text) override {
         const size_t i = questions.size();
         questions.emplace_back(caption, text);
@@ -120,7 +114,7 @@ struct TImportRun {
     TExchangeStatus RunFile(const std::string& path) {
         CTraceScope traceScope(&trace);
         CHostUiScope uiScope(&ui);
-        status = ImportLandXMLFile(&doc, path.c_str(), false, false);
+        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false);
         return status;
     }
     // The recorded lines whose operation is one of `ops` (all when empty).

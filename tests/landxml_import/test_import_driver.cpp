@@ -12,6 +12,7 @@
 #include "landxml_import/landxml_units.h"
 #include "landxml_import/xml_reader.h"
 #include "lx1_test_util.h"
+#include "exchange/exchange.h"
 
 namespace {
 

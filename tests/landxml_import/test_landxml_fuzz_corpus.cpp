@@ -12,10 +12,11 @@
 #include <vector>
 
 #include "fuzz/landxml_fuzz_one.h"
+#include "tests/common/test_data.h"
 
 namespace {
 
-const std::filesystem::path kCorpus = std::filesystem::path(ROADX_SOURCE_DIR) / "fuzz/corpus/landxml";
+const std::filesystem::path kCorpus = std::filesystem::path(roadx::test::SourcePath("fuzz/corpus/landxml"));
 
 std::vector<std::filesystem::path> CorpusFiles() {
     std::vector<std::filesystem::path> files;

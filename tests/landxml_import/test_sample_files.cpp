@@ -23,13 +23,14 @@
 #include "host/plani_elem.h"
 #include "host/road.h"
 #include "lx1_test_util.h"
+#include "tests/common/test_data.h"
 
 namespace {
 
 using namespace lx1test;
 
-const std::string kDir = std::string(ROADX_TEST_DATA) + "/landxml/";
-const std::string kRoadSample = std::string(ROADX_SOURCE_DIR) + "/samples/road.xml";
+const std::string kDir = roadx::test::DataPath("landxml/");
+const std::string kRoadSample = roadx::test::SourcePath("samples/road.xml");
 
 // A test file by name, or the repository's own sample.
 std::string PathOf(const std::string& file) { return file == "road.xml" ? kRoadSample : kDir + file; }

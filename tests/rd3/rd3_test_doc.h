@@ -18,6 +18,7 @@
 
 #include "host/document.h"
 #include "host/load_vantri_dati.h"
+#include "host/null_ui.h"
 #include "host/trace.h"
 #include "host/ui.h"
 #include "rd3/rd3_bytes.h"
@@ -32,20 +33,20 @@ namespace rd3test {
 // and directory entries are set by hand.
 class Image {
 public:
-    explicit Image(std::u16string_view name = u"T") : bytes(rd3::EncodeFileHeader(name)) {}
+    explicit Image(std::u16string_view name = u"T") : bytes(roadx::rd3::EncodeFileHeader(name)) {}
 
     uint32_t Append(const std::vector<uint8_t>& rec) {
         const auto at = static_cast<uint32_t>(bytes.size());
         bytes.insert(bytes.end(), rec.begin(), rec.end());
         return at;
     }
-    void SetNext(uint32_t record, uint32_t next) { rd3::PatchU32(bytes, record + 10, next); }
-    void SetDataSize(uint32_t record, uint32_t size) { rd3::PatchU32(bytes, record + 6, size); }
+    void SetNext(uint32_t record, uint32_t next) { roadx::rd3::PatchU32(bytes, record + 10, next); }
+    void SetDataSize(uint32_t record, uint32_t size) { roadx::rd3::PatchU32(bytes, record + 6, size); }
     // Links records in the order given (and ends the chain with the last).
     void Chain(const std::vector<uint32_t>& records) {
         for (size_t i = 0; i + 1 < records.size(); ++i) SetNext(records[i], records[i + 1]);
     }
-    void SetDir(int slot, uint32_t offset) { rd3::PatchU32(bytes, 100 + 6 * slot, offset); }
+    void SetDir(int slot, uint32_t offset) { roadx::rd3::PatchU32(bytes, 100 + 6 * slot, offset); }
     void SetTag(int slot, uint16_t tag) {
         bytes[98 + 6 * slot] = static_cast<uint8_t>(tag & 0xFF);
         bytes[99 + 6 * slot] = static_cast<uint8_t>(tag >> 8);
@@ -56,11 +57,11 @@ public:
 
 // A road record at the head of a plan chain.
 inline uint32_t AddRoadRecord(Image& img, double x, double y, double prog) {
-    rd3::RD3RoadRecord r;
+    roadx::rd3::RD3RoadRecord r;
     r.x = x;
     r.y = y;
     r.prog = prog;
-    return img.Append(rd3::EncodeRoadRecord(r));
+    return img.Append(roadx::rd3::EncodeRoadRecord(r));
 }
 
 inline std::vector<std::string> Tokens(const std::string& line) {
@@ -71,26 +72,26 @@ inline std::vector<std::string> Tokens(const std::string& line) {
 inline double Num(const std::string& line, size_t i) { return std::stod(Tokens(line).at(i)); }
 inline std::string Op(const std::string& line) { return Tokens(line).at(0); }
 
-inline const rd3::RD3SegmentEntry kSlopes{24, 0.785398, 0.588002};
+inline const roadx::rd3::RD3SegmentEntry kSlopes{24, 0.785398, 0.588002};
 
-inline rd3::RD3SegmentEntry Grade(double g, double w) { return {22, std::atan(g), w}; }
+inline roadx::rd3::RD3SegmentEntry Grade(double g, double w) { return {22, std::atan(g), w}; }
 
 // A road north from (0, 0), chainage 0 to 1000, profile 100 + 0.01 × p.
 struct SectionFile {
     Image img;
     std::vector<uint32_t> templates;
 
-    explicit SectionFile(std::vector<rd3::RD3VertexRecord> profile = {{0.0, 100.0, false, 0.0}, {1000.0, 110.0, false, 0.0}}) {
+    explicit SectionFile(std::vector<roadx::rd3::RD3VertexRecord> profile = {{0.0, 100.0, false, 0.0}, {1000.0, 110.0, false, 0.0}}) {
         const uint32_t road = AddRoadRecord(img, 0, 0, 0);
-        img.Chain({road, img.Append(rd3::EncodeStraightRecord({0.0, 1000.0}, road))});
+        img.Chain({road, img.Append(roadx::rd3::EncodeStraightRecord({0.0, 1000.0}, road))});
         img.SetDir(0, road);
-        std::vector<uint32_t> chain = {img.Append(rd3::EncodeProfileRecord())};
-        for (const auto& v : profile) chain.push_back(img.Append(rd3::EncodeVertexRecord(v, chain.back())));
+        std::vector<uint32_t> chain = {img.Append(roadx::rd3::EncodeProfileRecord())};
+        for (const auto& v : profile) chain.push_back(img.Append(roadx::rd3::EncodeVertexRecord(v, chain.back())));
         img.Chain(chain);
         img.SetDir(1, chain[0]);
     }
-    uint32_t Template(std::u16string_view name, const std::vector<rd3::RD3SegmentEntry>& entries) {
-        return Link(img.Append(rd3::EncodeTemplateRecord(name, entries, rd3::kNoRecord)));
+    uint32_t Template(std::u16string_view name, const std::vector<roadx::rd3::RD3SegmentEntry>& entries) {
+        return Link(img.Append(roadx::rd3::EncodeTemplateRecord(name, entries, roadx::rd3::kNoRecord)));
     }
     // Links a record of the template chain after the previous one.
     uint32_t Link(uint32_t rec) {
@@ -99,8 +100,8 @@ struct SectionFile {
         templates.push_back(rec);
         return rec;
     }
-    uint32_t Assign(const std::vector<rd3::RD3AssignEntry>& list) {
-        const uint32_t at = img.Append(rd3::EncodeAssignListRecord(list));
+    uint32_t Assign(const std::vector<roadx::rd3::RD3AssignEntry>& list) {
+        const uint32_t at = img.Append(roadx::rd3::EncodeAssignListRecord(list));
         img.SetDir(3, at);
         return at;
     }
@@ -110,11 +111,11 @@ struct SectionFile {
 struct ImportRun {
     CVantriDoc doc;
     CTraceMemory trace;
-    Rd3ImportStatus status = Rd3ImportStatus::kOk;
+    roadx::rd3::ReadEnd status = roadx::rd3::ReadEnd::kOk;
 
     void Run(const std::vector<uint8_t>& bytes, const char* name = "Road") {
         CTraceScope scope(&trace);
-        status = ImportRD3Buffer(&doc, name, bytes.data(), bytes.size());
+        status = roadx::rd3::ReadEndOf(roadx::rd3::ImportRD3BufferStatus(&doc, name, bytes.data(), bytes.size()));
     }
     // The trace without messages.
     std::vector<std::string> Calls() const {
@@ -156,18 +157,8 @@ inline void WriteFileBytes(const std::string& path, const std::vector<uint8_t>& 
 }
 
 // A host UI whose save dialog answers with a fixed path (or cancels).
-class ScriptedUi : public CHostUi {
+class ScriptedUi : public roadx::host::CNullUi {
 public:
-    bool DlgImportLandXML(bool, bool, const std::vector<CString>&, const std::vector<CString>&, bool,
-                          const std::vector<CString>&, const std::vector<vesk::String>&,
-                          TImportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgExportLandXML(CLibCmp&, CLibGps&, CLibPnt&, CLibDtm&, CLibRoad&, TExportLandXMLResult&) override {
-        return false;
-    }
-    bool DlgOpzTrasfToDxf(CZedraEng*, TOpzTrasfToDxf&) override { return false; }
-    bool InpNomeFileExportDxfDwg(std::string&, bool, enumZEDRA_DXFDWG_VER&, bool) override { return false; }
     bool SaveFileDialog(const TSaveFileDialogArgs& args, std::string& path) override {
         dialogs.push_back(args);
         if (answer.empty()) return false;
@@ -175,7 +166,6 @@ public:
         return true;
     }
     void Message(const std::string&, const std::string& text) override { messages.push_back(text); }
-    bool QuestionYesNo(const std::string&, const std::string&) override { return false; }
 
     std::string answer;
     std::vector<TSaveFileDialogArgs> dialogs;
@@ -243,7 +233,7 @@ struct RoadDoc {
     }
     std::vector<uint8_t> Export(const std::string& file) {
         const std::string path = TempPath(file);
-        const TExchangeStatus st = ExportRD3File(*road, path);
+        const TExchangeStatus st = roadx::rd3::WriteRD3File(*road, path);
         EXPECT_TRUE(st.ok()) << st.message;
         auto bytes = ReadFileBytes(path);
         std::remove(path.c_str());

@@ -1,0 +1,59 @@
+// The format table: every file format roadx reads or writes, registered in
+// one place (formats.cpp). A row names the format, the extensions and --to
+// keys that choose it, how to recognise its content, and the functions that
+// import and export it; a new format is one more row.
+#pragma once
+#include <string>
+#include <vector>
+
+#include "exchange/common/status.h"
+
+class CVantriDoc;
+
+namespace roadx::exchange {
+
+// What an export needs beyond the document and the host's dialogs (which
+// the caller answers: file names, selections, options).
+struct TExportRequest {
+    std::string path;               // the output, as the user gave it
+    std::string road;               // one-road formats: the road ("" = first)
+    double contourInterval = 1.0;   // drawings: metres between contour lines
+};
+
+using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path);
+using ExportFn = TExchangeStatus (*)(CVantriDoc& doc, const TExportRequest& request);
+// True when the first bytes of a file are this format's.
+using SniffFn = bool (*)(const std::string& head);
+
+struct TFormat {
+    const char* name;                     // for messages: "LandXML"
+    std::vector<std::string> keys;        // --to values, the first shown in help
+    std::vector<std::string> extensions;  // lower case, no dot
+    SniffFn sniff = nullptr;              // nullptr: the extension only
+    ImportFn import = nullptr;            // nullptr: not read
+    ExportFn exportTo = nullptr;          // nullptr: not written
+};
+
+// Every format, in the order of the table.
+const std::vector<TFormat>& Formats();
+
+// The format of --to key `key` (exact, lower case), or nullptr.
+const TFormat* FindFormat(const std::string& key);
+// An input's format: a readable format's extension (case ignored) first,
+// else the first bytes of the file; nullptr when neither tells.
+const TFormat* DetectInputFormat(const std::string& path);
+// An output's format: --to when given, else the extension (case ignored;
+// a --to key counts as an extension); nullptr when neither names a
+// writable format.
+const TFormat* OutputFormat(const std::string& path, const std::string& to);
+// The --to keys of every writable format (first key of each), in order.
+std::vector<std::string> OutputKeys();
+// The extensions of every readable format, in order.
+std::vector<std::string> InputExtensions();
+
+// The import and export of a format; BAD_INPUT when it does not read or
+// write files of this kind.
+TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f);
+TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request);
+
+}  // namespace roadx::exchange
