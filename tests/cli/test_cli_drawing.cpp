@@ -17,7 +17,7 @@ struct TRun {
 
 TRun Roadx(const std::string& args, const dxtest::CTempDir& dir) {
     const std::string errPath = dir.File("stderr.txt");
-    const std::string cmd = std::string(ROADX_EXE) + " " + args + " 2>'" + errPath + "' >/dev/null";
+    const std::string cmd = roadx::test::RoadxExe() + " " + args + " 2>'" + errPath + "' >/dev/null";
     const int rc = std::system(cmd.c_str());
     TRun r;
     r.status = WIFEXITED(rc) ? WEXITSTATUS(rc) : -1;
@@ -109,7 +109,7 @@ TEST(CliDrawing, ContourInterval) {
 TEST(CliDrawing, HelpSaysWhatTheDrawingOptionsMean) {
     dxtest::CTempDir dir;
     const std::string out = dir.File("help.txt");
-    std::system((std::string(ROADX_EXE) + " convert --help >'" + out + "' 2>&1").c_str());
+    std::system((roadx::test::RoadxExe() + " convert --help >'" + out + "' 2>&1").c_str());
     const std::string help = dxtest::ReadAll(out);
     EXPECT_NE(help.find("R12 (AC1009"), std::string::npos) << help;
     EXPECT_NE(help.find("every fifth labelled"), std::string::npos) << help;

@@ -17,7 +17,7 @@ struct TRun {
 
 TRun RunRoadx(const std::string& args) {
     TRun r;
-    const std::string cmd = std::string(ROADX_EXE) + " " + args + " 2>&1";
+    const std::string cmd = roadx::test::RoadxExe() + " " + args + " 2>&1";
     FILE* p = popen(cmd.c_str(), "r");
     if (!p) return r;
     char buf[4096];
@@ -33,7 +33,7 @@ const std::string kSample = roadx::test::DataPath("landxml/blender_ussurveyfoot_
 class CliExport : public ::testing::Test {
 protected:
     void SetUp() override {
-        ASSERT_TRUE(lxetest::FileExists(ROADX_EXE)) << "roadx is not built";
+        ASSERT_TRUE(lxetest::FileExists(roadx::test::RoadxExe())) << "roadx is not built";
         ASSERT_TRUE(lxetest::FileExists(kSample)) << kSample;
     }
 };

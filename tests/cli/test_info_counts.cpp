@@ -49,7 +49,7 @@ TEST_P(LandXmlFileCounts, InfoMatchesTheFilesOwnCounts) {
     const std::string script = roadx::test::SourcePath("tests/landxml_import/landxml_counts.py");
     const TCommandResult expected = RunCommand("/usr/bin/python3 " + ShellQuote(script) + " " + ShellQuote(path));
     ASSERT_EQ(expected.exitCode, 0) << expected.output;
-    const TCommandResult actual = RunCommand(ShellQuote(ROADX_EXE) + " info --json " + ShellQuote(path) + " 2>&1");
+    const TCommandResult actual = RunCommand(ShellQuote(roadx::test::RoadxExe()) + " info --json " + ShellQuote(path) + " 2>&1");
     ASSERT_EQ(actual.exitCode, 0) << actual.output;
     const json want = json::parse(expected.output);
     const json got = Comparable(json::parse(actual.output));

@@ -24,7 +24,7 @@ class LandXmlRuleFiles : public ::testing::TestWithParam<TRuleCase> {};
 
 TEST_P(LandXmlRuleFiles, ImportEndsWithTheRulesMessage) {
     const std::string path = kData + "rules/" + GetParam().file;
-    const TCommandResult r = RunCommand(ShellQuote(ROADX_EXE) + " info " + ShellQuote(path) + " 2>&1");
+    const TCommandResult r = RunCommand(ShellQuote(roadx::test::RoadxExe()) + " info " + ShellQuote(path) + " 2>&1");
     EXPECT_EQ(r.exitCode, 1);
     EXPECT_EQ(r.output, "roadx: " + path + ": " + GetParam().message + "\n");
 }

@@ -49,7 +49,7 @@ TEST_P(SampleDwg, DwgHoldsWhatTheDxfHolds) {
     dxtest::CTempDir dir;
     const std::string dxf = dir.File("out.dxf"), dwg = dir.File("out.dwg"), log = dir.File("log.txt");
     const std::string convert =
-        std::string("'") + ROADX_EXE + "' convert '" + input + "' --yes -q --dxf-version R2000 -o ";
+        std::string("'") + roadx::test::RoadxExe() + "' convert '" + input + "' --yes -q --dxf-version R2000 -o ";
     ASSERT_EQ(RunLogged(convert + "'" + dxf + "'", log), "") << "DXF conversion";
     ASSERT_EQ(RunLogged(convert + "'" + dwg + "'", log), "") << "DWG conversion";
 
