@@ -41,6 +41,22 @@ std::string FormatChainage(double prog) {
     return vesk::Format("%s%lld+%03lld.%02lld", (prog < 0 && cents > 0) ? "-" : "", km, rest / 100, rest % 100);
 }
 
+std::vector<TAxisVertex> AxisPolyline(const std::vector<CPlaniElem*>& elems, double tol) {
+    std::vector<TAxisVertex> out;
+    for (const CPlaniElem* e : elems) {
+        if (e == nullptr || !DrawableElem(*e)) continue;
+        for (double dist : SampleDistances(*e, tol)) {
+            PNT_2D p;
+            e->GetPos(dist, p);
+            const TAxisVertex v{p.x, p.y, e->GetProg() + dist};
+            // The end of one element is the start of the next.
+            if (!out.empty() && std::hypot(out.back().x - v.x, out.back().y - v.y) < 1e-9) continue;
+            out.push_back(v);
+        }
+    }
+    return out;
+}
+
 bool DrawableElem(const CPlaniElem& e) {
     const double len = e.GetLength();
     return std::isfinite(e.GetStartPnt().x) && std::isfinite(e.GetStartPnt().y) && std::isfinite(len) && len > 0.0;

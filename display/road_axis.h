@@ -28,6 +28,19 @@ bool AxisPoint(const std::vector<CPlaniElem*>& elems, double prog, double offset
 // -20 -> "-0+020.00".
 std::string FormatChainage(double prog);
 
+// One vertex of an axis polyline: plan position and chainage.
+struct TAxisVertex {
+    double x = 0.0;
+    double y = 0.0;
+    double prog = 0.0;
+};
+
+// The axis of a chain of elements as one polyline within tol of the true
+// curve: every element's ends are vertices (a shared end appears once), and
+// clothoids and arcs are cut by SampleDistances. Elements that cannot be
+// drawn (DrawableElem) are left out; a gap in the chain stays a jump.
+std::vector<TAxisVertex> AxisPolyline(const std::vector<CPlaniElem*>& elems, double tol);
+
 // Whether an element can be drawn: finite start, direction and length > 0.
 bool DrawableElem(const CPlaniElem& e);
 
