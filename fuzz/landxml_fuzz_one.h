@@ -42,28 +42,57 @@ private:
     int questions_ = 0;
 };
 
-// Formats every trace line and keeps none.
+// Formats every trace line and keeps a fingerprint of them all (count,
+// bytes and a 64-bit FNV-1a hash of the lines in order).
 class CLandXmlFuzzTrace : public CTraceSink {
 public:
-    void WriteLine(const std::string& line) override { bytes += line.size(); }
+    void WriteLine(const std::string& line) override {
+        bytes += line.size();
+        ++lines;
+        for (unsigned char c : line) hash = (hash ^ c) * 0x100000001b3ull;
+        hash = (hash ^ 0x0a) * 0x100000001b3ull;
+    }
     size_t bytes = 0;
+    size_t lines = 0;
+    uint64_t hash = 0xcbf29ce484222325ull;
+    bool operator==(const CLandXmlFuzzTrace& o) const {
+        return bytes == o.bytes && lines == o.lines && hash == o.hash;
+    }
 };
 
-inline TExchangeStatus LandXmlFuzzOne(const uint8_t* data, size_t size, const std::string& scratchDir) {
+// How the two readings of one input went: the surfaces' points and faces read
+// from the scanned buffer (the import's way) and through the DOM alone.
+struct TLandXmlFuzzRun {
+    TExchangeStatus status;  // of the scanned reading
+    bool pathsAgree = true;  // same status, message and trace both ways
+};
+
+inline TExchangeStatus LandXmlFuzzImport(const std::string& path, bool scanSurfaces, CLandXmlFuzzTrace& trace) {
+    CLandXmlFuzzUi ui;
+    CHostUiScope uiScope(&ui);
+    CTraceScope traceScope(&trace);
+    CVantriDoc doc;
+    return roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, scanSurfaces);
+}
+
+inline TLandXmlFuzzRun LandXmlFuzzBoth(const uint8_t* data, size_t size, const std::string& scratchDir) {
     const std::string path = scratchDir + "/landxml_fuzz_" + std::to_string(::getpid()) + ".xml";
+    TLandXmlFuzzRun run;
+    run.status = TExchangeStatus::Fail(TExchangeStatus::OPEN_FAILED, "scratch file");
     FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) return TExchangeStatus::Fail(TExchangeStatus::OPEN_FAILED, "scratch file");
+    if (!f) return run;
     const bool written = std::fwrite(data, 1, size, f) == size;
     std::fclose(f);
-    TExchangeStatus status = TExchangeStatus::Fail(TExchangeStatus::OPEN_FAILED, "scratch file");
     if (written) {
-        CLandXmlFuzzUi ui;
-        CHostUiScope uiScope(&ui);
-        CLandXmlFuzzTrace trace;
-        CTraceScope traceScope(&trace);
-        CVantriDoc doc;
-        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false);
+        CLandXmlFuzzTrace scanned, dom;
+        run.status = LandXmlFuzzImport(path, true, scanned);
+        const TExchangeStatus domStatus = LandXmlFuzzImport(path, false, dom);
+        run.pathsAgree = scanned == dom && run.status.code == domStatus.code && run.status.message == domStatus.message;
     }
     std::remove(path.c_str());
-    return status;
+    return run;
+}
+
+inline TExchangeStatus LandXmlFuzzOne(const uint8_t* data, size_t size, const std::string& scratchDir) {
+    return LandXmlFuzzBoth(data, size, scratchDir).status;
 }

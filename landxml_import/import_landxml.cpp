@@ -29,7 +29,8 @@ TExchangeStatus LoadFailure(const TXmlLoadStatus& s) {
 }
 
 // Everything after the user's confirmation, in its fixed order.
-TExchangeStatus ImportChosen(const XmlSection& root, CLoadVantriDati& builder, const TImportLandXMLResult& choices) {
+TExchangeStatus ImportChosen(const CXmlReader& reader, CLoadVantriDati& builder, const TImportLandXMLResult& choices) {
+    const XmlSection root = reader.Root();
     const TLandXmlUnits units = ReadUnits(root);
     if (choices.importPoints) {
         PointTable referenced;
@@ -38,7 +39,7 @@ TExchangeStatus ImportChosen(const XmlSection& root, CLoadVantriDati& builder, c
         ImportCgPoints(root, builder, units.isMetric, referenced);
     }
     CDtmPrj* terrain = nullptr;
-    ImportSurfaces(root, builder, choices.surfaces, choices.terrain, units.isMetric, terrain);
+    ImportSurfaces(root, builder, choices.surfaces, choices.terrain, units.isMetric, terrain, reader.SurfaceScan());
     return ImportAlignments(root, builder, choices, terrain, units);
 }
 
@@ -46,9 +47,11 @@ TExchangeStatus ImportChosen(const XmlSection& root, CLoadVantriDati& builder, c
 
 namespace roadx::landxml {
 
-TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB) {
+TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
+                                    bool scanSurfaces) {
     CXmlReader reader;
     CLoadVantriDati builder(doc);
+    reader.EnableSurfaceScan(scanSurfaces);
     if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
     const XmlSection root = reader.Root();
 
@@ -60,7 +63,7 @@ TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dia
         return TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "import cancelled");
 
     try {
-        return ImportChosen(root, builder, choices);
+        return ImportChosen(reader, builder, choices);
     } catch (const CLandXmlImportEnded& e) {
         return TExchangeStatus::Fail(TExchangeStatus::ENDED_EARLY, e.what());
     }

@@ -18,6 +18,10 @@ namespace roadx::landxml {
 //                was added before stays;
 //   OK.
 // dialogFlagA and dialogFlagB are handed to the dialog unchanged.
-TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB);
+// scanSurfaces: read the surfaces' points and faces straight from the file's
+// buffer (surface_scan.h); false reads every element through the DOM. Both
+// make the same builder calls; the second is kept to compare against.
+TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
+                                    bool scanSurfaces = true);
 
 }  // namespace roadx::landxml

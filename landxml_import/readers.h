@@ -39,9 +39,10 @@ void ImportCgPoints(const XmlSection& root, CLoadVantriDati& builder, bool isMet
 
 // Surfaces/Surface whose name is in `surfaces`: one DTM project each.
 // `terrain` is set to the project of the surface named `terrainName` (left
-// as it is when none matches).
+// as it is when none matches). With `scan` (the loader's surface scan) the
+// scanned Pnts and Faces are read from the buffer; the calls are the same.
 void ImportSurfaces(const XmlSection& root, CLoadVantriDati& builder, std::vector<CString> surfaces,
-                    CString terrainName, bool isMetric, CDtmPrj*& terrain);
+                    CString terrainName, bool isMetric, CDtmPrj*& terrain, const CSurfaceScan* scan = nullptr);
 
 // Profile/ProfAlign of one Alignment, between the driver's StartRoadAlti and
 // EndRoadAlti. False (or CLandXmlImportEnded) ends the import.

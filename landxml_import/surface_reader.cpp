@@ -3,7 +3,10 @@
 // chained into lines, outer lines before islands) and its breaklines.
 //
 // A surface can hold millions of P and F elements, so their texts are read
-// straight from the parsed file into fixed arrays: no allocation per element.
+// straight from the file's buffer into fixed arrays: no allocation per
+// element. When the loader scanned them (surface_scan.h) they are read from
+// the scanned ranges with no DOM node at all; both ways feed the same
+// per-element functions, so the builder sees the same calls.
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -23,10 +26,14 @@ namespace {
 using vesk::geom::PNT_3D;
 
 // Ends the import on a number list too short for its element.
+[[noreturn]] void ThrowShort(const XmlSection& surface, std::string_view elemName, std::string_view text,
+                             size_t count, const char* need) {
+    throw CLandXmlImportEnded("surface " + QuoteForMessage(surface.Attribute("name")) + ": " + std::string(elemName) +
+                              " " + QuoteForMessage(text) + " holds " + CountOfNumbers(count) + " where " + need);
+}
+
 [[noreturn]] void ThrowShort(const XmlSection& surface, const XmlSection& elem, size_t count, const char* need) {
-    throw CLandXmlImportEnded("surface " + QuoteForMessage(surface.Attribute("name")) + ": " +
-                              std::string(elem.GetSectionName()) + " " + QuoteForMessage(elem.Text()) + " holds " +
-                              CountOfNumbers(count) + " where " + need);
+    ThrowShort(surface, elem.GetSectionName(), elem.Text(), count, need);
 }
 
 // The project's change context, for hosts whose DTM projects carry one.
@@ -55,50 +62,92 @@ size_t CountLetterChildren(const XmlSection& parent, char tag) {
     return n;
 }
 
-void ImportPoints(const XmlSection& surface, const XmlSection& pnts, CLoadVantriDati& builder, bool isMetric) {
-    TFixedNumbers<double, 3> n;
+// What one Definition's points and faces are read with. Both ways of
+// reading them (DOM nodes, or the scanned buffer) go through AddPoint and
+// AddFace, one call per element, in document order.
+struct TTinRead {
+    const XmlSection& surface;
+    CLoadVantriDati& builder;
+    bool isMetric;
+    bool tin;  // surfType is exactly "TIN"
     // A P without an id reuses the id of the P before it.
     int id = 0;
-    ForEachLetterChild(pnts, 'P', [&](const XmlSection& p) {
-        PX_Int(p, "id", id);
-        ReadFixed(p.Text(), isMetric, n);
-        if (n.count < 3) ThrowShort(surface, p, n.count, "3 (northing, easting, elevation) are needed");
-        builder.AddTriVert(id, n.v[1], n.v[0], n.v[2]);
+};
+
+// One P: its "id" attribute (null when absent) and its text.
+void AddPoint(TTinRead& r, const std::string_view* idText, std::string_view text) {
+    if (idText) r.id = ReadStreamInt(*idText);
+    TFixedNumbers<double, 3> n;
+    ReadFixed(text, r.isMetric, n);
+    if (n.count < 3) ThrowShort(r.surface, "P", text, n.count, "3 (northing, easting, elevation) are needed");
+    r.builder.AddTriVert(r.id, n.v[1], n.v[0], n.v[2]);
+}
+
+// One F: the text of its vertex ids.
+void AddFace(TTinRead& r, std::string_view text) {
+    TFixedNumbers<int, 4> f;
+    ReadFixed(text, f);
+    if (r.tin) {
+        if (f.count < 3) ThrowShort(r.surface, "F", text, f.count, "3 vertex ids are needed (TIN surface)");
+        r.builder.AddTri(f.v[0], f.v[1], f.v[2]);
+    } else {
+        // Any surface type but "TIN" has quadrilateral faces.
+        if (f.count < 4) ThrowShort(r.surface, "F", text, f.count, "4 vertex ids are needed (not a TIN surface)");
+        r.builder.AddTri(f.v[0], f.v[1], f.v[2]);
+        r.builder.AddTri(f.v[0], f.v[2], f.v[3]);
+    }
+}
+
+// The P (or F) children of a Pnts (or Faces) element, scanned or DOM.
+struct TTinList {
+    XmlSection node;
+    const TScannedList* scanned = nullptr;
+
+    size_t Count(char tag) const { return scanned ? scanned->count : CountLetterChildren(node, tag); }
+};
+
+TTinList FindList(const XmlSection& def, const char* name, const CSurfaceScan* scan) {
+    TTinList l{def.Child(name)};
+    if (scan && l.node) l.scanned = scan->Find(l.node.Node().name());
+    return l;
+}
+
+void ImportPoints(TTinRead& r, const TTinList& pnts, const CSurfaceScan* scan) {
+    if (pnts.scanned) {
+        scan->ForEach(*pnts.scanned, [&](const TScannedElem& e) { AddPoint(r, e.hasId ? &e.id : nullptr, e.text); });
+        return;
+    }
+    ForEachLetterChild(pnts.node, 'P', [&](const XmlSection& p) {
+        const pugi::xml_attribute a = p.Node().attribute("id");
+        const std::string_view idText = a.value();
+        AddPoint(r, a.empty() ? nullptr : &idText, p.Text());
     });
 }
 
-void ImportFaces(const XmlSection& surface, const XmlSection& faces, bool tin, CLoadVantriDati& builder) {
-    TFixedNumbers<int, 4> f;
-    ForEachLetterChild(faces, 'F', [&](const XmlSection& face) {
-        ReadFixed(face.Text(), f);
-        if (tin) {
-            if (f.count < 3) ThrowShort(surface, face, f.count, "3 vertex ids are needed (TIN surface)");
-            builder.AddTri(f.v[0], f.v[1], f.v[2]);
-        } else {
-            // Any surface type but "TIN" has quadrilateral faces.
-            if (f.count < 4) ThrowShort(surface, face, f.count, "4 vertex ids are needed (not a TIN surface)");
-            builder.AddTri(f.v[0], f.v[1], f.v[2]);
-            builder.AddTri(f.v[0], f.v[2], f.v[3]);
-        }
-    });
+void ImportFaces(TTinRead& r, const TTinList& faces, const CSurfaceScan* scan) {
+    if (faces.scanned) {
+        scan->ForEach(*faces.scanned, [&](const TScannedElem& e) { AddFace(r, e.text); });
+        return;
+    }
+    ForEachLetterChild(faces.node, 'F', [&](const XmlSection& face) { AddFace(r, face.Text()); });
 }
 
 void ImportDefinition(const XmlSection& surface, const XmlSection& def, CDtmPrj* prj, CLoadVantriDati& builder,
-                      bool isMetric) {
+                      bool isMetric, const CSurfaceScan* scan) {
     CString surfType;
     PX_String(def, "surfType", surfType);
-    const XmlSection pnts = def.Child("Pnts");
-    const XmlSection faces = def.Child("Faces");
+    TTinRead r{surface, builder, isMetric, surfType == "TIN"};
+    const TTinList pnts = FindList(def, "Pnts", scan);
+    const TTinList faces = FindList(def, "Faces", scan);
     // The triangulation's arrays are sized once: a large surface would
     // otherwise hold two copies of them while they grow.
     if (prj) {
         CTris* tris = prj->GetTris();
-        const size_t trisPerFace = surfType == "TIN" ? 1 : 2;
-        tris->Reserve(tris->GetNoTriVrts() + CountLetterChildren(pnts, 'P'),
-                      tris->GetNoTris() + CountLetterChildren(faces, 'F') * trisPerFace);
+        const size_t trisPerFace = r.tin ? 1 : 2;
+        tris->Reserve(tris->GetNoTriVrts() + pnts.Count('P'), tris->GetNoTris() + faces.Count('F') * trisPerFace);
     }
-    ImportPoints(surface, pnts, builder, isMetric);
-    ImportFaces(surface, faces, surfType == "TIN", builder);
+    ImportPoints(r, pnts, scan);
+    ImportFaces(r, faces, scan);
 }
 
 // Number lists of boundaries and breaklines, read into one reused buffer.
@@ -158,7 +207,8 @@ void ImportBreaklines(const XmlSection& surface, const XmlSection& sourceData, C
     }
 }
 
-void ImportSurface(const XmlSection& surface, CLoadVantriDati& builder, bool isMetric, CDtmPrj* prj) {
+void ImportSurface(const XmlSection& surface, CLoadVantriDati& builder, bool isMetric, CDtmPrj* prj,
+                   const CSurfaceScan* scan) {
     // Listeners see the whole surface as one change, also when the import
     // ends inside it.
     vesk::CEventScope event(DtmChangeContext(prj));
@@ -166,13 +216,13 @@ void ImportSurface(const XmlSection& surface, CLoadVantriDati& builder, bool isM
         ImportBoundaries(surface, sourceData, builder, isMetric);
         ImportBreaklines(surface, sourceData, builder, isMetric);
     }
-    for (XmlSection def : surface.Children("Definition")) ImportDefinition(surface, def, prj, builder, isMetric);
+    for (XmlSection def : surface.Children("Definition")) ImportDefinition(surface, def, prj, builder, isMetric, scan);
 }
 
 }  // namespace
 
 void ImportSurfaces(const XmlSection& root, CLoadVantriDati& builder, std::vector<CString> surfaces,
-                    CString terrainName, bool isMetric, CDtmPrj*& terrain) {
+                    CString terrainName, bool isMetric, CDtmPrj*& terrain, const CSurfaceScan* scan) {
     // A file may hold very many surfaces, all chosen.
     const std::unordered_set<std::string_view> selected(surfaces.begin(), surfaces.end());
     for (XmlSection surfacesNode : root.Children("Surfaces")) {
@@ -182,7 +232,7 @@ void ImportSurfaces(const XmlSection& root, CLoadVantriDati& builder, std::vecto
             if (selected.count(name) == 0) continue;
             CDtmPrj* prj = builder.AddDtmPrj(name);
             if (name == terrainName) terrain = prj;
-            ImportSurface(surface, builder, isMetric, prj);
+            ImportSurface(surface, builder, isMetric, prj, scan);
         }
     }
 }

@@ -105,6 +105,7 @@ CXmlReader::~CXmlReader() = default;
 
 bool CXmlReader::LoadFromFile(const char* path) {
     doc_.reset();
+    scan_.Clear();
     status_ = {};
     if (!path || !ReadWholeFile(path, buffer_)) {
         buffer_.clear();
@@ -121,6 +122,7 @@ bool CXmlReader::LoadFromFile(const char* path) {
 
 bool CXmlReader::LoadFromText(std::string_view bytes) {
     doc_.reset();
+    scan_.Clear();
     status_ = {};
     buffer_.assign(bytes);
     return Parse([bytes] { return std::string(bytes); });
@@ -128,6 +130,10 @@ bool CXmlReader::LoadFromText(std::string_view bytes) {
 
 bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {
     pugi::xml_encoding encoding = ConvertXmlTextToUtf8(buffer_);
+    scan_.Clear();
+    // The scan reads UTF-8 bytes; wide texts are converted by the parser
+    // into a buffer of its own and are read through the DOM alone.
+    if (scanSurfaces_ && encoding == pugi::encoding_utf8) scan_.Run(buffer_);
     // The buffer is parsed in place: it must outlive the document, and it is
     // owned next to it.
     const pugi::xml_parse_result r = doc_.load_buffer_inplace(buffer_.data(), buffer_.size(), kParseOptions, encoding);
@@ -141,9 +147,11 @@ bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {
         ConvertXmlTextToUtf8(original);
         status_.line = LineOfOffset(original, status_.offset);
         doc_.reset();
+        scan_.Clear();
         buffer_.clear();
         return false;
     }
+    scan_.Restore();
     const pugi::xml_node root = doc_.document_element();
     if (std::string_view(root.name()) != "LandXML") {
         status_.code = TXmlLoadStatus::NO_ROOT;

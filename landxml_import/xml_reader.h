@@ -22,6 +22,7 @@
 
 #include <pugixml.hpp>
 
+#include "landxml_import/surface_scan.h"
 #include "vesk/string.h"
 
 class XmlSection;
@@ -131,6 +132,13 @@ public:
 
     const TXmlLoadStatus& GetStatus() const { return status_; }
 
+    // Before a load: read the surfaces' Pnts and Faces without DOM nodes
+    // (surface_scan.h). Off by default: the DOM then holds every element.
+    void EnableSurfaceScan(bool on) { scanSurfaces_ = on; }
+    // What the last load scanned; null when the scan was off or the load
+    // failed. Valid while the reader lives.
+    const CSurfaceScan* SurfaceScan() const { return scanSurfaces_ && Root() ? &scan_ : nullptr; }
+
     // The root `LandXML` element (empty when not loaded or not LandXML).
     XmlSection Root() const;
 
@@ -142,6 +150,8 @@ private:
     std::string buffer_;  // the UTF-8 text, parsed in place
     pugi::xml_document doc_;
     TXmlLoadStatus status_;
+    bool scanSurfaces_ = false;
+    CSurfaceScan scan_;
 };
 
 // Property exchange in loading mode. `name` is an attribute name; an empty
