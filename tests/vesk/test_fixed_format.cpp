@@ -110,7 +110,7 @@ TEST(FixedFormatDifferential, ExactBinaryTies) {
             v.push_back(-std::ldexp(k, -n));
         }
     std::mt19937_64 rng(5);
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < 4000; ++i) {
         const double k = static_cast<double>((rng() >> 11) | 1);  // odd, up to 53 bits
         v.push_back(std::ldexp(k, -static_cast<int>(rng() % 80)));
     }
@@ -165,4 +165,33 @@ TEST(FixedFormatDifferential, Integers) {
             if (++bad > 20) break;
         }
     }
+}
+
+// The range the writers meet most (coordinates, elevations, values with a
+// few decimals and the neighbours of ties), where a faster path decides the
+// rounding: every precision against printf.
+TEST(FixedFormat, CoordinateRangeAndNearTiesMatchPrintf) {
+    std::mt19937_64 rng(1515);
+    std::uniform_real_distribution<double> coord(-6e6, 6e6);
+    std::uniform_int_distribution<int64_t> millis(-9000000000LL, 9000000000LL);
+    std::vector<double> values;
+    for (int i = 0; i < 4000; ++i) {
+        values.push_back(coord(rng));
+        // Decimal values written with 3 decimals, and the ties of 6 and 9
+        // decimals with their neighbours one and two ulps away.
+        const double m = static_cast<double>(millis(rng)) / 1000.0;
+        values.push_back(m);
+        const double tie6 = (static_cast<double>(millis(rng) % 100000000) + 0.5) / 1e6;
+        const double tie9 = (static_cast<double>(millis(rng) % 1000000) + 0.5) / 1e9;
+        for (double t : {tie6, tie9}) {
+            values.push_back(t);
+            values.push_back(std::nextafter(t, 1e300));
+            values.push_back(std::nextafter(t, -1e300));
+            values.push_back(std::nextafter(std::nextafter(t, 1e300), 1e300));
+        }
+    }
+    // Near the end of the fast range and exact binary ties.
+    for (double v : {4e9, 4e6, 3.999999999e9, 4503599627.370496, 0.0000005, 0.0000015, 2.5e-7, 1e-7, 4.0000005e8})
+        for (double s : {1.0, -1.0}) values.push_back(s * v);
+    EXPECT_EQ(CheckAll(values, true), 0);
 }
