@@ -52,6 +52,7 @@ TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dia
     CXmlReader reader;
     CLoadVantriDati builder(doc);
     reader.EnableSurfaceScan(scanSurfaces);
+    reader.ReleaseScannedAfterReading(true);
     if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
     const XmlSection root = reader.Root();
 

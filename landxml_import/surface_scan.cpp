@@ -4,6 +4,9 @@
 #include <cstdint>
 #include <cstring>
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 namespace {
 
 // White space between markup (a carriage return included: the parser drops
@@ -248,4 +251,12 @@ const TScannedList* CSurfaceScan::Find(const char* name) const {
     auto it = std::lower_bound(lists_.begin(), lists_.end(), offset,
                                [](const TScannedList& l, size_t o) { return l.nameOffset < o; });
     return it != lists_.end() && it->nameOffset == offset ? &*it : nullptr;
+}
+
+void CSurfaceScan::Release(size_t from, size_t to) const {
+    static const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
+    const uintptr_t first = (reinterpret_cast<uintptr_t>(base_ + from) + page - 1) & ~(page - 1);
+    const uintptr_t last = reinterpret_cast<uintptr_t>(base_ + to) & ~(page - 1);
+    // Only whole pages inside the range: the bytes around it stay as they are.
+    if (last > first) madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
 }

@@ -61,6 +61,12 @@ public:
 
     size_t Ranges() const { return lists_.size(); }
 
+    // For an import that reads every range once: the memory of what ForEach
+    // has read is given back to the system as it goes (the range then reads
+    // as zeros), so the file's buffer and the document it fills are never
+    // both whole in memory.
+    void ReleaseAfterReading(bool on) { release_ = on; }
+
     // Reads one child element at `at` (which points at its '<'); false when
     // it does not have the plain form. `at` moves past it.
     static bool ReadElem(std::string_view bytes, size_t& at, char tag, TScannedElem& out);
@@ -78,15 +84,26 @@ private:
     std::vector<TScannedList> lists_;  // in document order
     std::vector<TSaved> saved_;        // the replaced bytes of each range
     bool restored_ = true;
+    bool release_ = false;
+
+    // Gives back the whole pages of [from, to) of the buffer.
+    void Release(size_t from, size_t to) const;
+    static constexpr size_t kReleaseStep = 8u << 20;
 };
 
 template <class Fn>
 void CSurfaceScan::ForEach(const TScannedList& list, Fn&& fn) const {
     const std::string_view bytes(base_ + list.begin, list.end - list.begin);
     size_t at = SkipSpace(bytes, 0);
+    size_t released = 0;
     TScannedElem e;
     while (at < bytes.size() && ReadElem(bytes, at, list.tag, e)) {
         fn(e);
         at = SkipSpace(bytes, at);
+        if (release_ && at - released >= kReleaseStep) {
+            Release(list.begin + released, list.begin + at);
+            released = at;
+        }
     }
+    if (release_) Release(list.begin + released, list.end);
 }

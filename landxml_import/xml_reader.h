@@ -135,6 +135,9 @@ public:
     // Before a load: read the surfaces' Pnts and Faces without DOM nodes
     // (surface_scan.h). Off by default: the DOM then holds every element.
     void EnableSurfaceScan(bool on) { scanSurfaces_ = on; }
+    // For a reader whose scanned ranges are read once: their memory is given
+    // back as they are read (CSurfaceScan::ReleaseAfterReading).
+    void ReleaseScannedAfterReading(bool on) { scan_.ReleaseAfterReading(on); }
     // What the last load scanned; null when the scan was off or the load
     // failed. Valid while the reader lives.
     const CSurfaceScan* SurfaceScan() const { return scanSurfaces_ && Root() ? &scan_ : nullptr; }
