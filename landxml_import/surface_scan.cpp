@@ -21,7 +21,15 @@ constexpr bool IsNameChar(char c) {
 // Bytes a plain text may not hold: markup, an entity (the parser would
 // rewrite it), a carriage return (the parser would rewrite line ends), and
 // the end of the buffer.
-constexpr bool IsTextStop(char c) { return c == '<' || c == '&' || c == '\r' || c == '\0'; }
+// Looked up in a table: texts are the bulk of a surface file.
+struct TTextStops {
+    bool stop[256] = {};
+    constexpr TTextStops() {
+        for (unsigned char c : {'<', '&', '\r', '\0'}) stop[c] = true;
+    }
+};
+constexpr TTextStops kTextStops;
+inline bool IsTextStop(char c) { return kTextStops.stop[static_cast<unsigned char>(c)]; }
 
 bool StartsWith(std::string_view s, size_t at, std::string_view prefix) {
     return s.size() - std::min(at, s.size()) >= prefix.size() && s.compare(at, prefix.size(), prefix) == 0;
@@ -151,7 +159,7 @@ bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, TScannedLis
     for (;;) {
         at = SkipSpace(s, at);
         if (at >= s.size()) return false;
-        if (StartsWith(s, at, endTag)) break;
+        if (at + 1 < s.size() && s[at + 1] == '/' && StartsWith(s, at, endTag)) break;
         if (!ReadElem(s, at, tag, e)) return false;
         ++list.count;
     }
