@@ -22,7 +22,7 @@ measure() {  # prints "wall user sys maxrss_kb"
     nice -n 19 /usr/bin/time -f '%e %U %S %M' -o "$data/.time" "$@" >/dev/null
     cat "$data/.time"
 }
-printf '%-9s %-8s %-26s %8s %8s %9s %8s %8s %8s\n' points file_MB what wall_s cpu_s peak_MB t_ratio cpu_ratio mem/file
+printf '%-9s %-8s %-26s %8s %8s %9s %8s %8s %8s\n' points file_MB what wall_s cpu_s peak_MiB t_ratio cpu_ratio mem/file
 for points in "$@"; do
     file=$data/surface_$points.xml
     nice -n 19 "$build/bench/gen_big_landxml" "$file" "$points"
