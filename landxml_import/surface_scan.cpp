@@ -13,6 +13,13 @@ namespace {
 // white-space-only texts whatever they hold).
 constexpr bool IsWs(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 
+// What the parser takes as the first character of a name: no digit, '.'
+// or '-'.
+constexpr bool IsNameStart(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || c == ':' ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
 constexpr bool IsNameChar(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || c == ':' ||
            c == '.' || c == '-' || static_cast<unsigned char>(c) >= 0x80;
@@ -118,6 +125,7 @@ bool CSurfaceScan::ReadElem(std::string_view s, size_t& at, char tag, TScannedEl
         }
         if (i == ws) return false;
         const size_t nameBegin = i;
+        if (!IsNameStart(s[i])) return false;
         while (i < n && IsNameChar(s[i])) ++i;
         const std::string_view name = s.substr(nameBegin, i - nameBegin);
         if (name.empty()) return false;
