@@ -7,7 +7,9 @@
 #include "cli/commands.h"
 #include "cli/convert.h"
 #include "cli/session.h"
+#include "exchange/crs.h"
 #include "host/document.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::cli {
 
@@ -17,6 +19,20 @@ std::string Join(const std::vector<std::string>& v, const char* sep) {
     std::string out;
     for (const std::string& s : v) out += (out.empty() ? "" : sep) + s;
     return out;
+}
+
+// The coordinate system the inputs state, for a GIS output; inputs that
+// state different ones need --crs.
+void StateCoordinateSystem(const std::vector<std::string>& files, ExportOptions& exp) {
+    const std::vector<exchange::TStatedCrs> stated = exchange::StatedCoordinateSystems(files);
+    if (stated.empty()) return;
+    for (const exchange::TStatedCrs& s : stated)
+        if (s.definition != stated.front().definition && exp.crs.empty())
+            throw CliError(kExitBadInput, "the inputs state different coordinate systems (" + stated.front().file +
+                                              ": " + stated.front().definition + ", " + s.file + ": " +
+                                              s.definition + "); give --crs");
+    exp.statedCrs = stated.front().definition;
+    exp.statedBy = stated.front().file;
 }
 
 struct ConvertArgs {
@@ -32,7 +48,13 @@ int RunConvert(ConvertArgs& a) {
                                        Join(exchange::OutputKeys(), "|"));
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
-    const TExchangeStatus st = ExportFile(session, *out, a.exp);
+    if (exchange::CarriesCoordinateSystem(*out)) StateCoordinateSystem(a.files, a.exp);
+    vesk::diag::CSink sink;
+    const TExchangeStatus st = ExportFile(session, *out, a.exp, &sink);
+    if (!a.imp.quiet)
+        for (const vesk::diag::TRecord& r : sink.Records())
+            std::fprintf(stderr, "roadx: %s: %s: %s\n", vesk::diag::SeverityName(r.severity), a.exp.output.c_str(),
+                         r.message.c_str());
     if (st.code == TExchangeStatus::UNSUPPORTED) throw CliError(kExitUsage, a.exp.output + ": " + st.message);
     if (!st.ok()) throw CliError(kExitBadInput, a.exp.output + ": " + st.message);
     return 0;
@@ -47,13 +69,19 @@ void AddExportList(CLI::App& cmd, const std::string& name, std::optional<std::ve
 
 }  // namespace
 
-TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o) {
+TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o,
+                           vesk::diag::CSink* sink) {
     exchange::TExportRequest request;
     // The save dialogs are answered with -o made absolute; the request says
     // the same.
     request.path = AbsolutePath(o.output);
     request.road = o.road;
     request.contourInterval = o.contourInterval;
+    request.crs = o.crs;
+    request.statedCrs = o.statedCrs;
+    request.statedBy = o.statedBy;
+    request.cell = o.cell;
+    request.sink = sink;
     session.Ui().ClearMessages();
     TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request);
     // The message box the user would have seen, word for word.
@@ -66,7 +94,9 @@ void AddConvertCommand(CLI::App& app, SetRun setRun) {
     auto args = std::make_shared<ConvertArgs>();
     CLI::App* cmd = app.add_subcommand("convert", "Import files into one document and export it");
     cmd->add_option("inputs", args->files, "LandXML (.xml) or RD3 (.rd3) files")->required();
-    cmd->add_option("-o,--output", args->exp.output, "output file: .xml LandXML, .rd3 RD3, .dxf/.dwg drawing")
+    cmd->add_option("-o,--output", args->exp.output,
+                    "output file: .xml LandXML, .rd3 RD3, .dxf/.dwg drawing, .gpkg/.geojson GIS vectors, "
+                    ".shp/.fgb a folder of GIS layers, .tif elevation model")
         ->required();
     cmd->add_option("--to", args->exp.to, "output format when the name does not tell it")
         ->check(CLI::IsMember(exchange::OutputKeys()));
@@ -83,8 +113,17 @@ void AddConvertCommand(CLI::App& app, SetRun setRun) {
         ->check(CLI::IsMember({"R12", "R2000"}));
     cmd->add_option("--contour-interval", args->exp.contourInterval,
                     "drawing: contour lines of every surface, one every this many metres, every fifth "
-                    "labelled (default 1)")
+                    "labelled (default 1); GIS: the contours layer")
         ->check(CLI::PositiveNumber);
+    cmd->add_option("--crs", args->exp.crs,
+                    "GIS: coordinate system of the coordinates (EPSG:NNNN, WKT or any definition GDAL accepts); "
+                    "overrides what the inputs state")
+        ->type_name("DEFINITION");
+    cmd->add_option("--cell", args->exp.cell,
+                    "elevation model: cell size in metres (default: half the typical triangle size, as 1, 2 or "
+                    "5 times a power of ten)")
+        ->check(CLI::PositiveNumber)
+        ->type_name("SIZE");
     cmd->add_flag("--no-clouds", args->exp.noClouds,
                   "drawing: leave the point clouds (layers named after each cloud) out");
     cmd->callback([args, setRun] { setRun([args] { return RunConvert(*args); }); });

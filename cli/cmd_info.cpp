@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/session.h"
 #include "cli/summary.h"
+#include "exchange/crs.h"
 
 namespace roadx::cli {
 
@@ -18,12 +19,36 @@ struct InfoArgs {
     ExportOptions exp;
 };
 
+// "crs": the coordinate system the files state, as stated ("EPSG:3878" or
+// the WKT); null when none does; when files state different ones, an
+// object from each such file to its system.
+nlohmann::json StatedCrs(const std::vector<std::string>& files) {
+    const std::vector<exchange::TStatedCrs> stated = exchange::StatedCoordinateSystems(files);
+    if (stated.empty()) return nullptr;
+    nlohmann::json byFile = nlohmann::json::object();
+    bool same = true;
+    for (const exchange::TStatedCrs& c : stated) {
+        byFile[c.file] = c.definition;
+        same = same && c.definition == stated.front().definition;
+    }
+    return same ? nlohmann::json(stated.front().definition) : byFile;
+}
+
+std::string CrsText(const nlohmann::json& crs) {
+    if (crs.is_null()) return "Coordinate system: none stated\n";
+    if (crs.is_string()) return "Coordinate system: " + crs.get<std::string>() + "\n";
+    std::string out = "Coordinate systems (the files differ):\n";
+    for (const auto& [file, def] : crs.items()) out += "  " + file + ": " + def.get<std::string>() + "\n";
+    return out;
+}
+
 int RunInfo(InfoArgs& a) {
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
-    const nlohmann::json s = DocumentSummary(session.Doc());
+    nlohmann::json s = DocumentSummary(session.Doc());
+    s["crs"] = StatedCrs(a.files);
     const std::string text = a.json ? s.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n"
-                                    : SummaryText(s);
+                                    : SummaryText(s) + CrsText(s["crs"]);
     std::fwrite(text.data(), 1, text.size(), stdout);
     return 0;
 }

@@ -5,12 +5,16 @@
 #include "exchange/common/status.h"
 #include "exchange/formats.h"
 
+namespace vesk::diag { class CSink; }
+
 namespace roadx::cli {
 
 class Session;
 
 // The status names the problem; a message box the user would have seen is
 // added to it word for word.
-TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o);
+// Warnings of the export go to sink (may be null).
+TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o,
+                           vesk::diag::CSink* sink = nullptr);
 
 }  // namespace roadx::cli

@@ -29,6 +29,10 @@ struct ExportOptions {
     std::string dxfVersion = "R2000";
     double contourInterval = 1.0;
     bool noClouds = false;
+    std::string crs;    // GIS: coordinate system ("" = what the inputs state)
+    double cell = 0.0;  // elevation model: cell size in metres (0 = from the triangles)
+    // Filled after the import: the system the inputs state, and the input.
+    std::string statedCrs, statedBy;
 };
 
 void AddImportOptions(CLI::App& app, ImportOptions& o);

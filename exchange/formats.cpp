@@ -7,6 +7,7 @@
 #include "cad/zedra_types.h"
 #include "display/doc_display.h"
 #include "dxfdwg/drawing_export.h"
+#include "exchange/gis_rows.h"
 #include "host/document.h"
 #include "landxml_export/export_landxml.h"
 #include "landxml_import/import_landxml.h"
@@ -102,6 +103,11 @@ const std::vector<TFormat>& Formats() {
         {"RD3", {"rd3"}, {"rd3"}, SniffRD3, ImportRD3Row, ExportRD3Row},
         {"DXF", {"dxf"}, {"dxf"}, nullptr, nullptr, ExportDXFRow},
         {"DWG", {"dwg"}, {"dwg"}, nullptr, nullptr, ExportDWGRow},
+        {"GeoPackage", {"gpkg"}, {"gpkg"}, nullptr, nullptr, ExportGeoPackageRow},
+        {"GeoJSON", {"geojson"}, {"geojson"}, nullptr, nullptr, ExportGeoJSONRow},
+        {"Shapefile", {"shp"}, {"shp"}, nullptr, nullptr, ExportShapefileRow},
+        {"FlatGeobuf", {"fgb"}, {"fgb"}, nullptr, nullptr, ExportFlatGeobufRow},
+        {"GeoTIFF", {"tif", "tiff", "geotiff"}, {"tif", "tiff"}, nullptr, nullptr, ExportGeoTIFFRow},
     };
     return kFormats;
 }

@@ -9,6 +9,7 @@
 #include "exchange/common/status.h"
 
 class CVantriDoc;
+namespace vesk::diag { class CSink; }
 
 namespace roadx::exchange {
 
@@ -17,7 +18,16 @@ namespace roadx::exchange {
 struct TExportRequest {
     std::string path;               // the output, as the user gave it
     std::string road;               // one-road formats: the road ("" = first)
-    double contourInterval = 1.0;   // drawings: metres between contour lines
+    double contourInterval = 1.0;   // drawings, GIS: metres between contour lines
+    // GIS outputs: the coordinate system given by the user (overrides),
+    // the one the inputs state and the input stating it ("" = none), the
+    // elevation model's cell size in metres (0 = from the triangles), and
+    // where warnings go (may be null).
+    std::string crs;
+    std::string statedCrs;
+    std::string statedBy;
+    double cell = 0.0;
+    vesk::diag::CSink* sink = nullptr;
 };
 
 using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path);

@@ -1,0 +1,14 @@
+// The GIS rows of the format table (formats.cpp): vectors through OGR and
+// the GeoTIFF elevation model, over gis/.
+#pragma once
+#include "exchange/formats.h"
+
+namespace roadx::exchange {
+
+TExchangeStatus ExportGeoPackageRow(CVantriDoc& doc, const TExportRequest& r);
+TExchangeStatus ExportGeoJSONRow(CVantriDoc& doc, const TExportRequest& r);
+TExchangeStatus ExportShapefileRow(CVantriDoc& doc, const TExportRequest& r);
+TExchangeStatus ExportFlatGeobufRow(CVantriDoc& doc, const TExportRequest& r);
+TExchangeStatus ExportGeoTIFFRow(CVantriDoc& doc, const TExportRequest& r);
+
+}  // namespace roadx::exchange

@@ -1,0 +1,143 @@
+#include "gis/dem_grid.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "host/dtm.h"
+#include "vesk/undefined.h"
+
+namespace roadx::gis {
+
+namespace {
+
+bool Finite(double v) { return std::isfinite(v) && vesk::IsDefined(v); }
+
+// The three corners of a triangle that can be drawn.
+bool Corners(const CTris& t, const CTri& tri, const PNT_3D*& a, const PNT_3D*& b, const PNT_3D*& c) {
+    const std::vector<PNT_3D>& v = t.Verts();
+    const int64_t n = static_cast<int64_t>(v.size());
+    for (int k = 0; k < 3; ++k)
+        if (tri.v[k] < 0 || tri.v[k] >= n) return false;
+    a = &v[tri.v[0]];
+    b = &v[tri.v[1]];
+    c = &v[tri.v[2]];
+    for (const PNT_3D* p : {a, b, c})
+        if (!Finite(p->x) || !Finite(p->y) || !Finite(p->z)) return false;
+    return true;
+}
+
+// 1, 2 or 5 times a power of ten, at most x.
+double NiceFloor(double x) {
+    const double p = std::pow(10.0, std::floor(std::log10(x)));
+    for (double m : {5.0, 2.0, 1.0})
+        if (m * p <= x) return m * p;
+    return p;
+}
+
+double NiceNext(double x) {
+    const double p = std::pow(10.0, std::floor(std::log10(x) + 1e-9));
+    const double m = x / p;
+    return m < 1.5 ? 2 * p : m < 3.5 ? 5 * p : 10 * p;
+}
+
+}  // namespace
+
+bool TinExtent(const CTris& tris, double& minX, double& minY, double& maxX, double& maxY) {
+    minX = minY = INFINITY;
+    maxX = maxY = -INFINITY;
+    const PNT_3D *a, *b, *c;
+    for (const CTri& tri : tris.Tris()) {
+        if (!Corners(tris, tri, a, b, c)) continue;
+        for (const PNT_3D* p : {a, b, c}) {
+            minX = std::min(minX, p->x);
+            maxX = std::max(maxX, p->x);
+            minY = std::min(minY, p->y);
+            maxY = std::max(maxY, p->y);
+        }
+    }
+    return minX <= maxX;
+}
+
+double DefaultCellSize(const CTris& tris) {
+    double area = 0.0;
+    double n = 0.0;
+    const PNT_3D *a, *b, *c;
+    for (const CTri& tri : tris.Tris()) {
+        if (!Corners(tris, tri, a, b, c)) continue;
+        area += 0.5 * std::fabs((b->x - a->x) * (c->y - a->y) - (c->x - a->x) * (b->y - a->y));
+        n += 1.0;
+    }
+    if (n == 0.0 || !(area > 0.0) || !std::isfinite(area)) return 0.0;
+    double cell = NiceFloor(0.5 * std::sqrt(2.0 * area / n));
+    TDemGrid g;
+    while (PlanGrid(tris, cell, g) && g.Cells() > kMaxDemCells) cell = NiceNext(cell);
+    return cell;
+}
+
+bool PlanGrid(const CTris& tris, double cell, TDemGrid& grid) {
+    double minX, minY, maxX, maxY;
+    if (!(cell > 0.0) || !std::isfinite(cell) || !TinExtent(tris, minX, minY, maxX, maxY)) return false;
+    grid.cell = cell;
+    grid.west = std::floor(minX / cell) * cell;
+    grid.north = std::ceil(maxY / cell) * cell;
+    const double cols = std::max(1.0, std::ceil((maxX - grid.west) / cell));
+    const double rows = std::max(1.0, std::ceil((grid.north - minY) / cell));
+    // Beyond this the grid is refused by its cell count anyway.
+    constexpr double kHuge = 4e18;
+    grid.cols = static_cast<int64_t>(std::min(cols, kHuge));
+    grid.rows = static_cast<int64_t>(std::min(rows, kHuge));
+    return std::isfinite(cols) && std::isfinite(rows);
+}
+
+void RasteriseTin(const CTris& tris, const TDemGrid& g, std::vector<double>& values) {
+    values.assign(static_cast<size_t>(g.cols * g.rows), kDemNoData);
+    const double inv = 1.0 / g.cell;
+    const PNT_3D *a, *b, *c;
+    for (const CTri& tri : tris.Tris()) {
+        if (!Corners(tris, tri, a, b, c)) continue;
+        // The plane through the corners, relative to corner a (large
+        // coordinates lose nothing): z = a.z + gx·(x - a.x) + gy·(y - a.y).
+        const double ux = b->x - a->x, uy = b->y - a->y, uz = b->z - a->z;
+        const double vx = c->x - a->x, vy = c->y - a->y, vz = c->z - a->z;
+        const double det = ux * vy - vx * uy;
+        if (det == 0.0 || !std::isfinite(det)) continue;
+        const double gx = (uz * vy - vz * uy) / det;
+        const double gy = (ux * vz - vx * uz) / det;
+        // Rows whose centre line y = north - (r + 0.5)·cell meets the triangle.
+        const double lo = std::min({a->y, b->y, c->y}), hi = std::max({a->y, b->y, c->y});
+        const int64_t r0 = std::max<int64_t>(0, static_cast<int64_t>(std::ceil((g.north - hi) * inv - 0.5)));
+        const int64_t r1 = std::min<int64_t>(g.rows - 1, static_cast<int64_t>(std::floor((g.north - lo) * inv - 0.5)));
+        const PNT_3D* e[3][2] = {{a, b}, {b, c}, {c, a}};
+        for (int64_t r = r0; r <= r1; ++r) {
+            const double y = g.north - (static_cast<double>(r) + 0.5) * g.cell;
+            // The span of the triangle on this line: where its edges cross it.
+            double xl = INFINITY, xr = -INFINITY;
+            for (const auto& edge : e) {
+                const PNT_3D& p = *edge[0];
+                const PNT_3D& q = *edge[1];
+                if ((y < p.y && y < q.y) || (y > p.y && y > q.y)) continue;
+                double x;
+                if (p.y == q.y) {
+                    xl = std::min({xl, p.x, q.x});
+                    xr = std::max({xr, p.x, q.x});
+                    continue;
+                }
+                x = p.x + (y - p.y) * (q.x - p.x) / (q.y - p.y);
+                xl = std::min(xl, x);
+                xr = std::max(xr, x);
+            }
+            if (!(xl <= xr)) continue;
+            const int64_t c0 = std::max<int64_t>(0, static_cast<int64_t>(std::ceil((xl - g.west) * inv - 0.5)));
+            const int64_t c1 =
+                std::min<int64_t>(g.cols - 1, static_cast<int64_t>(std::floor((xr - g.west) * inv - 0.5)));
+            double* row = values.data() + r * g.cols;
+            const double base = a->z + gy * (y - a->y);
+            for (int64_t col = c0; col <= c1; ++col) {
+                const double x = g.west + (static_cast<double>(col) + 0.5) * g.cell;
+                row[col] = base + gx * (x - a->x);
+            }
+        }
+    }
+}
+
+}  // namespace roadx::gis

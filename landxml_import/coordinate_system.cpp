@@ -1,0 +1,95 @@
+// The element sits near the top of a file, but a file may be large: the
+// bytes are searched for the tag, and only that element is parsed, with the
+// file's own XML declaration so that its encoding is honoured. Files in
+// UTF-16 (where a byte search cannot find the tag) are parsed whole.
+#include "landxml_import/coordinate_system.h"
+
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include "landxml_import/xml_reader.h"
+
+namespace roadx::landxml {
+
+namespace {
+
+std::string Trim(std::string_view s) {
+    const size_t b = s.find_first_not_of(" \t\r\n");
+    if (b == std::string_view::npos) return "";
+    const size_t e = s.find_last_not_of(" \t\r\n");
+    return std::string(s.substr(b, e - b + 1));
+}
+
+TCoordinateSystem FromRoot(const XmlSection& root) {
+    TCoordinateSystem cs;
+    const XmlSection e = root.Child("CoordinateSystem");
+    if (e.IsEmpty()) return cs;
+    cs.found = true;
+    cs.name = Trim(e.Attribute("name"));
+    cs.epsgCode = Trim(e.Attribute("epsgCode"));
+    cs.ogcWktCode = Trim(e.Attribute("ogcWktCode"));
+    return cs;
+}
+
+TCoordinateSystem ParseWhole(std::string_view bytes) {
+    CXmlReader reader;
+    if (!reader.LoadFromText(bytes)) return {};
+    return FromRoot(reader.Root());
+}
+
+bool IsUtf16(std::string_view b) {
+    return b.size() >= 2 && ((b[0] == '\xFF' && b[1] == '\xFE') || (b[0] == '\xFE' && b[1] == '\xFF'));
+}
+
+// Where the element "<CoordinateSystem" starts (followed by a blank, '/' or
+// '>'), or npos.
+size_t FindTag(std::string_view b) {
+    static constexpr std::string_view kTag = "<CoordinateSystem";
+    for (size_t at = b.find(kTag); at != std::string_view::npos; at = b.find(kTag, at + 1)) {
+        const size_t next = at + kTag.size();
+        if (next < b.size() && std::strchr(" \t\r\n/>", b[next]) && b[next] != '\0') return at;
+    }
+    return std::string_view::npos;
+}
+
+}  // namespace
+
+std::string TCoordinateSystem::Definition() const {
+    if (!epsgCode.empty()) return "EPSG:" + epsgCode;
+    return ogcWktCode;
+}
+
+TCoordinateSystem CoordinateSystemOfText(std::string_view b) {
+    if (IsUtf16(b)) return ParseWhole(b);
+    const size_t at = FindTag(b);
+    if (at == std::string_view::npos) return {};
+    // The element ends at "/>" of its start tag or at its end tag.
+    const size_t endTag = b.find("</CoordinateSystem>", at);
+    const size_t gt = b.find('>', at);
+    if (gt == std::string_view::npos) return {};
+    size_t end = gt + 1;
+    if (b[gt - 1] != '/') {
+        if (endTag == std::string_view::npos) return {};
+        end = endTag + std::strlen("</CoordinateSystem>");
+    }
+    std::string text;
+    if (b.substr(0, 5) == "<?xml" || b.substr(3, 5) == "<?xml") {
+        const size_t declEnd = b.find("?>");
+        if (declEnd != std::string_view::npos && declEnd < at) text = std::string(b.substr(0, declEnd + 2));
+    }
+    text += "<LandXML>";
+    text += b.substr(at, end - at);
+    text += "</LandXML>";
+    return ParseWhole(text);
+}
+
+TCoordinateSystem ReadCoordinateSystem(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return {};
+    std::ostringstream s;
+    s << in.rdbuf();
+    return CoordinateSystemOfText(s.str());
+}
+
+}  // namespace roadx::landxml
