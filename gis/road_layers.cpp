@@ -44,24 +44,29 @@ std::vector<double> ProfileChainages(const CProfileAlti& line) {
     return out;
 }
 
-// The axis within the tolerance in plan, with the profile's chainages
-// added where they fall between two vertices.
+// The axis within the tolerance in plan, element by element, with the
+// profile's chainages that fall inside an element added to it. Each
+// element places its own points (chains from files may have gaps or
+// overlapping chainages; a point is never looked up in another element).
+// An end shared with the next element's start appears once.
 std::vector<display::TAxisVertex> AxisWithProfile(const std::vector<CPlaniElem*>& elems, const CProfileAlti* line) {
-    std::vector<display::TAxisVertex> axis = display::AxisPolyline(elems, kChordTol);
-    if (!line || axis.size() < 2) return axis;
-    std::vector<double> extra = ProfileChainages(*line);
+    std::vector<double> extra = line ? ProfileChainages(*line) : std::vector<double>();
     std::sort(extra.begin(), extra.end());
     std::vector<display::TAxisVertex> out;
-    out.reserve(axis.size() + extra.size());
-    size_t k = 0;
-    for (size_t i = 0; i < axis.size(); ++i) {
-        out.push_back(axis[i]);
-        if (i + 1 == axis.size()) break;
-        const double a = axis[i].prog, b = axis[i + 1].prog;
-        while (k < extra.size() && extra[k] <= a + 1e-9) ++k;
-        for (; k < extra.size() && extra[k] < b - 1e-9; ++k) {
+    std::vector<double> local;
+    for (const CPlaniElem* e : elems) {
+        if (!e || !display::DrawableElem(*e)) continue;
+        const double len = e->GetLength(), prog = e->GetProg();
+        local = display::SampleDistances(*e, kChordTol);
+        const auto from = std::upper_bound(extra.begin(), extra.end(), prog + 1e-9);
+        for (auto it = from; it != extra.end() && *it < prog + len - 1e-9; ++it) local.push_back(*it - prog);
+        std::sort(local.begin(), local.end());
+        for (double d : local) {
             PNT_2D p;
-            if (display::AxisPoint(elems, extra[k], 0.0, p)) out.push_back({p.x, p.y, extra[k]});
+            e->GetPos(d, p);
+            const display::TAxisVertex v{p.x, p.y, prog + d};
+            if (!out.empty() && out.back().x == v.x && out.back().y == v.y && out.back().prog == v.prog) continue;
+            out.push_back(v);
         }
     }
     return out;

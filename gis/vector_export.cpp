@@ -57,6 +57,11 @@ TExchangeStatus ExportVectorsStatus(IVantriDati& doc, const TGisRequest& r, EVec
     WriteSurfaceLayers(doc, w, r.contourInterval);
     WriteSurveyLayers(doc, w);
     if (!w.Finish()) return WriteFailed("cannot write: " + w.Error());
+    // A dataset without a layer is not one GIS programs open.
+    if (w.Written() == 0)
+        return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT,
+                                     "the inputs hold nothing with coordinates to write as GIS layers; "
+                                     "nothing was written");
     if (!out.Commit()) return WriteFailed(out.Error());
     return TExchangeStatus::Ok();
 }

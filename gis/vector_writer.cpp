@@ -117,6 +117,8 @@ void CVectorWriter::Add(std::unique_ptr<OGRGeometry> g) {
     feature_->SetGeometryDirectly(g.release());
     if (layer_->CreateFeature(feature_) != OGRERR_NONE)
         Fail(std::string("cannot write a feature of layer ") + def_->name);
+    else
+        ++written_;
 }
 
 bool CVectorWriter::EndLayer() {

@@ -33,6 +33,8 @@ public:
     bool Finish();
     const std::string& Error() const { return error_; }
     bool Ok() const { return error_.empty(); }
+    // Features written so far.
+    long long Written() const { return written_; }
     // Plan coordinates of the document (metres) in the system's units.
     double Plan(double metres) const { return metres * crs_.scale; }
 
@@ -52,6 +54,7 @@ private:
     bool inTransaction_ = false;
     OGRFeatureDefn* spare_;           // for features filled after a failure
     OGRFeature* feature_ = nullptr;   // the one being filled
+    long long written_ = 0;
     std::string error_;
 };
 
