@@ -89,55 +89,71 @@ bool PlanGrid(const CTris& tris, double cell, TDemGrid& grid) {
     return std::isfinite(cols) && std::isfinite(rows);
 }
 
+namespace {
+
+// floor and ceil to integers for values well inside the int64 range (the
+// callers' values lie within the grid, give or take a cell); cheaper than
+// the library calls on the baseline instruction set.
+inline int64_t FloorI(double x) {
+    const int64_t i = static_cast<int64_t>(x);
+    return i - (x < static_cast<double>(i));
+}
+inline int64_t CeilI(double x) {
+    const int64_t i = static_cast<int64_t>(x);
+    return i + (x > static_cast<double>(i));
+}
+
+// One triangle into the grid. Its corners sorted from north to south
+// (top, mid, low) give, for each row, the long edge top-low on one side and
+// top-mid or mid-low on the other.
+void RasteriseTriangle(const PNT_3D* a, const PNT_3D* b, const PNT_3D* c, const TDemGrid& g, double inv,
+                       double* values) {
+    // The plane through the corners, relative to a corner (large
+    // coordinates lose nothing): z = top.z + gx·(x - top.x) + gy·(y - top.y).
+    const double ux = b->x - a->x, uy = b->y - a->y, uz = b->z - a->z;
+    const double vx = c->x - a->x, vy = c->y - a->y, vz = c->z - a->z;
+    const double det = ux * vy - vx * uy;
+    if (det == 0.0 || !std::isfinite(det)) return;
+    const double gx = (uz * vy - vz * uy) / det;
+    const double gy = (ux * vz - vx * uz) / det;
+    if (a->y < b->y) std::swap(a, b);
+    if (b->y < c->y) std::swap(b, c);
+    if (a->y < b->y) std::swap(a, b);
+    const PNT_3D& top = *a;
+    const PNT_3D& mid = *b;
+    const PNT_3D& low = *c;
+    // Slopes dx/dy of the three edges (a horizontal edge is never used as a
+    // slope: its rows are covered by the other two).
+    const double sLong = (low.x - top.x) / (low.y - top.y);
+    const double sUpper = top.y != mid.y ? (mid.x - top.x) / (mid.y - top.y) : 0.0;
+    const double sLower = mid.y != low.y ? (low.x - mid.x) / (low.y - mid.y) : 0.0;
+    // Rows whose centre line y = north - (r + 0.5)·cell meets the triangle.
+    const int64_t r0 = std::max<int64_t>(0, CeilI((g.north - top.y) * inv - 0.5));
+    const int64_t r1 = std::min<int64_t>(g.rows - 1, FloorI((g.north - low.y) * inv - 0.5));
+    for (int64_t r = r0; r <= r1; ++r) {
+        const double y = g.north - (static_cast<double>(r) + 0.5) * g.cell;
+        const double xa = top.x + (y - top.y) * sLong;
+        // On a horizontal edge (y equal to both its ends) the span runs to mid.
+        const double xb = y >= mid.y ? (top.y != mid.y ? top.x + (y - top.y) * sUpper : mid.x)
+                                     : (mid.y != low.y ? mid.x + (y - mid.y) * sLower : mid.x);
+        const double xl = std::min(xa, xb), xr = std::max(xa, xb);
+        const int64_t c0 = std::max<int64_t>(0, CeilI((xl - g.west) * inv - 0.5));
+        const int64_t c1 = std::min<int64_t>(g.cols - 1, FloorI((xr - g.west) * inv - 0.5));
+        double* row = values + r * g.cols;
+        const double base = top.z + gy * (y - top.y);
+        const double dx0 = g.west + 0.5 * g.cell - top.x;  // x of column 0's centre, from top
+        for (int64_t col = c0; col <= c1; ++col) row[col] = base + gx * (dx0 + static_cast<double>(col) * g.cell);
+    }
+}
+
+}  // namespace
+
 void RasteriseTin(const CTris& tris, const TDemGrid& g, std::vector<double>& values) {
     values.assign(static_cast<size_t>(g.cols * g.rows), kDemNoData);
     const double inv = 1.0 / g.cell;
     const PNT_3D *a, *b, *c;
-    for (const CTri& tri : tris.Tris()) {
-        if (!Corners(tris, tri, a, b, c)) continue;
-        // The plane through the corners, relative to corner a (large
-        // coordinates lose nothing): z = a.z + gx·(x - a.x) + gy·(y - a.y).
-        const double ux = b->x - a->x, uy = b->y - a->y, uz = b->z - a->z;
-        const double vx = c->x - a->x, vy = c->y - a->y, vz = c->z - a->z;
-        const double det = ux * vy - vx * uy;
-        if (det == 0.0 || !std::isfinite(det)) continue;
-        const double gx = (uz * vy - vz * uy) / det;
-        const double gy = (ux * vz - vx * uz) / det;
-        // Rows whose centre line y = north - (r + 0.5)·cell meets the triangle.
-        const double lo = std::min({a->y, b->y, c->y}), hi = std::max({a->y, b->y, c->y});
-        const int64_t r0 = std::max<int64_t>(0, static_cast<int64_t>(std::ceil((g.north - hi) * inv - 0.5)));
-        const int64_t r1 = std::min<int64_t>(g.rows - 1, static_cast<int64_t>(std::floor((g.north - lo) * inv - 0.5)));
-        const PNT_3D* e[3][2] = {{a, b}, {b, c}, {c, a}};
-        for (int64_t r = r0; r <= r1; ++r) {
-            const double y = g.north - (static_cast<double>(r) + 0.5) * g.cell;
-            // The span of the triangle on this line: where its edges cross it.
-            double xl = INFINITY, xr = -INFINITY;
-            for (const auto& edge : e) {
-                const PNT_3D& p = *edge[0];
-                const PNT_3D& q = *edge[1];
-                if ((y < p.y && y < q.y) || (y > p.y && y > q.y)) continue;
-                double x;
-                if (p.y == q.y) {
-                    xl = std::min({xl, p.x, q.x});
-                    xr = std::max({xr, p.x, q.x});
-                    continue;
-                }
-                x = p.x + (y - p.y) * (q.x - p.x) / (q.y - p.y);
-                xl = std::min(xl, x);
-                xr = std::max(xr, x);
-            }
-            if (!(xl <= xr)) continue;
-            const int64_t c0 = std::max<int64_t>(0, static_cast<int64_t>(std::ceil((xl - g.west) * inv - 0.5)));
-            const int64_t c1 =
-                std::min<int64_t>(g.cols - 1, static_cast<int64_t>(std::floor((xr - g.west) * inv - 0.5)));
-            double* row = values.data() + r * g.cols;
-            const double base = a->z + gy * (y - a->y);
-            for (int64_t col = c0; col <= c1; ++col) {
-                const double x = g.west + (static_cast<double>(col) + 0.5) * g.cell;
-                row[col] = base + gx * (x - a->x);
-            }
-        }
-    }
+    for (const CTri& tri : tris.Tris())
+        if (Corners(tris, tri, a, b, c)) RasteriseTriangle(a, b, c, g, inv, values.data());
 }
 
 }  // namespace roadx::gis
