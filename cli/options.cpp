@@ -32,7 +32,8 @@ void AddListOption(CLI::App& app, const std::string& name, std::optional<std::ve
 
 void AddImportOptions(CLI::App& app, ImportOptions& o) {
     AddListOption(app, "--alignments", o.alignments, "LandXML alignments to import (default: all)");
-    AddListOption(app, "--surfaces", o.surfaces, "LandXML surfaces to import (default: all)");
+    AddListOption(app, "--surfaces", o.surfaces,
+                  "LandXML surfaces to import (default: all); an elevation model (.tif) needs exactly one");
     app.add_option("--terrain", o.terrain, "surface whose DTM becomes every imported road's terrain (default: none)");
     app.add_flag("--no-points", o.noPoints, "do not import points and surveys");
     app.add_option("--section-code", o.sectionCodes,

@@ -114,8 +114,9 @@ void RasteriseTriangle(const PNT_3D* a, const PNT_3D* b, const PNT_3D* c, const 
     const double vx = c->x - a->x, vy = c->y - a->y, vz = c->z - a->z;
     const double det = ux * vy - vx * uy;
     if (det == 0.0 || !std::isfinite(det)) return;
-    const double gx = (uz * vy - vz * uy) / det;
-    const double gy = (ux * vz - vx * uz) / det;
+    const double inverse = 1.0 / det;
+    const double gx = (uz * vy - vz * uy) * inverse;
+    const double gy = (ux * vz - vx * uz) * inverse;
     if (a->y < b->y) std::swap(a, b);
     if (b->y < c->y) std::swap(b, c);
     if (a->y < b->y) std::swap(a, b);
