@@ -54,8 +54,10 @@ TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const E
     request.path = AbsolutePath(o.output);
     request.road = o.road;
     request.contourInterval = o.contourInterval;
+    request.failOnWarning = session.Strict();
     session.Ui().ClearMessages();
-    TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request);
+    TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request, &session.Diagnostics());
+    session.FlushDiagnostics(o.output);
     // The message box the user would have seen, word for word.
     if (!st.ok() && st.code != TExchangeStatus::UNSUPPORTED && !session.Ui().Messages().empty())
         st.message += " (" + session.Ui().Messages().back() + ")";

@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "cli/commands.h"
+#include "cli/diag_output.h"
 #include "cli/session.h"
 #include "cli/summary.h"
 
@@ -21,7 +22,12 @@ struct InfoArgs {
 int RunInfo(InfoArgs& a) {
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
-    const nlohmann::json s = DocumentSummary(session.Doc());
+    nlohmann::json s = DocumentSummary(session.Doc());
+    if (a.json) {
+        nlohmann::json warnings = nlohmann::json::array();
+        for (const vesk::diag::TRecord& r : session.Diagnostics().Records()) warnings.push_back(DiagnosticJson(r));
+        s["warnings"] = std::move(warnings);
+    }
     const std::string text = a.json ? s.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n"
                                     : SummaryText(s);
     std::fwrite(text.data(), 1, text.size(), stdout);

@@ -19,6 +19,7 @@ struct ImportOptions {
     bool no = false;
     std::string trace;  // "" off, "-" standard output
     bool quiet = false;
+    bool strict = false;  // any warning of an import or export is an error
 };
 
 struct ExportOptions {
@@ -29,6 +30,12 @@ struct ExportOptions {
     std::string dxfVersion = "R2000";
     double contourInterval = 1.0;
     bool noClouds = false;
+};
+
+// Imports and exports report through the session's sink; this says how.
+struct DiagOptions {
+    bool quiet = false;
+    bool strict = false;
 };
 
 void AddImportOptions(CLI::App& app, ImportOptions& o);

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "cli/app.h"
+#include "cli/diag_output.h"
 #include "display/doc_display.h"
 #include "exchange/formats.h"
 
@@ -69,9 +70,28 @@ void Session::ImportOne(const std::string& path) {
     const bool progress = !imp_.quiet && !ec && size >= kProgressBytes && isatty(STDERR_FILENO);
     if (progress) std::fprintf(stderr, "roadx: reading %s (%.1f MB)...", path.c_str(), size / 1048576.0);
     ui_.ClearMessages();
-    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f);
+    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f, &sink_);
     if (progress) std::fprintf(stderr, " done\n");
-    if (!st.ok()) throw CliError(kExitBadInput, path + ": " + st.message);
+    // A failed import says what stopped it in one line; what it reported
+    // before stays in the sink (info --json) but is not printed.
+    if (!st.ok()) {
+        printed_ = sink_.Records().size();
+        throw CliError(kExitBadInput, path + ": " + st.message);
+    }
+    FlushDiagnostics(path);
+}
+
+void Session::FlushDiagnostics(const std::string& what) {
+    const std::vector<vesk::diag::TRecord>& records = sink_.Records();
+    size_t warnings = 0;
+    for (size_t i = printed_; i < records.size(); ++i) {
+        warnings += records[i].severity >= vesk::diag::ESeverity::Warning ? 1 : 0;
+        if (!imp_.quiet) std::fprintf(stderr, "%s\n", DiagnosticLine(records[i]).c_str());
+    }
+    printed_ = records.size();
+    if (imp_.strict && warnings > 0)
+        throw CliError(kExitBadInput, what + ": " + std::to_string(warnings) +
+                                          " kind(s) of warning, an error with --strict; nothing written");
 }
 
 }  // namespace roadx::cli

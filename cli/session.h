@@ -10,6 +10,7 @@
 #include "cli/options.h"
 #include "host/document.h"
 #include "host/trace.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::cli {
 
@@ -26,6 +27,13 @@ public:
     // CliError naming the file and the problem.
     void ImportAll(const std::vector<std::string>& files);
 
+    // What the imports and exports reported.
+    vesk::diag::CSink& Diagnostics() { return sink_; }
+    // Prints the records reported since the last call (unless quiet); with
+    // --strict, throws a CliError when there were warnings.
+    void FlushDiagnostics(const std::string& what);
+    bool Strict() const { return imp_.strict; }
+
 private:
     void ImportOne(const std::string& path);
 
@@ -36,6 +44,8 @@ private:
     std::unique_ptr<CTraceFile> traceSink_;
     std::unique_ptr<CTraceScope> traceScope_;
     CHostUiScope uiScope_;
+    vesk::diag::CSink sink_;
+    size_t printed_ = 0;
 };
 
 }  // namespace roadx::cli

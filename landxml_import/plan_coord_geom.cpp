@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "landxml_import/import_checks.h"
 #include "landxml_import/plan_geometry.h"
 #include "vesk/undefined.h"
 
@@ -53,8 +54,10 @@ bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32
                    uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal) {
     for (const XmlSection coordGeom : alignment.Children("CoordGeom")) {
         TPlanRun run;
+        CheckCoordGeomChildren(coordGeom);
         for (const XmlSection& e : ElementsInDocumentOrder(coordGeom)) {
             const std::string_view tag = e.GetSectionName();
+            CheckPlanElement(e);
             if (tag == "Line") {
                 ReadLine(e, builder, directionUnit, isMetric, run.prog, run.dir);
             } else if (tag == "Curve") {

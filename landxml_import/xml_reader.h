@@ -145,6 +145,12 @@ public:
     // The root `LandXML` element (empty when not loaded or not LandXML).
     XmlSection Root() const;
 
+    // The parsed buffer (texts handed out point into it), and the file's
+    // text as it was before the in-place parse rewrote it (read again on
+    // each call; for counting lines of diagnostics).
+    std::string_view Buffer() const { return buffer_; }
+    std::string OriginalText() const;
+
 private:
     // Parses buffer_; rereadSource gives the original bytes again to count
     // the line of an error.
@@ -155,6 +161,7 @@ private:
     TXmlLoadStatus status_;
     bool scanSurfaces_ = false;
     CSurfaceScan scan_;
+    std::function<std::string()> reread_;
 };
 
 // Property exchange in loading mode. `name` is an attribute name; an empty

@@ -37,6 +37,10 @@ class CSink {
 public:
     // Adds a record, or merges it into the earlier one of its kind and file.
     void Report(TRecord record);
+    // Adds `count` to the record of this kind and file when there is one
+    // (true); false when there is none yet. Lets a reader work out the place
+    // of a record (line, element path) only for the first of its kind.
+    bool Merge(const std::string& kind, const std::string& file, int64_t count);
     const std::vector<TRecord>& Records() const { return records_; }
     bool Empty() const { return records_.empty(); }
     // Number of records (kinds) at or above the severity.
