@@ -70,7 +70,21 @@ void Session::ImportOne(const std::string& path) {
     const bool progress = !imp_.quiet && !ec && size >= kProgressBytes && isatty(STDERR_FILENO);
     if (progress) std::fprintf(stderr, "roadx: reading %s (%.1f MB)...", path.c_str(), size / 1048576.0);
     ui_.ClearMessages();
+    TInputBlock block;
+    block.path = path;
+    block.format = f->name;
+    block.firstRecord = sink_.Records().size();
+    block.roads[0] = doc_.GetLibRoad()->GetNumRoads();
+    block.surfaces[0] = doc_.GetLibDtm()->GetNoPrj();
+    block.pointGroups[0] = doc_.GetLibPnt()->GetGrpArSize();
     const TExchangeStatus st = exchange::ImportFile(doc_, path, *f, &sink_);
+    block.endRecord = sink_.Records().size();
+    block.roads[1] = doc_.GetLibRoad()->GetNumRoads();
+    block.surfaces[1] = doc_.GetLibDtm()->GetNoPrj();
+    block.pointGroups[1] = doc_.GetLibPnt()->GetGrpArSize();
+    if (f->sniff && std::string(f->name) == "LandXML")
+        for (const auto& [surface, code] : ui_.LastCrossSectCodes()) block.crossSectCodes.emplace_back(surface, code);
+    inputs_.push_back(std::move(block));
     if (progress) std::fprintf(stderr, " done\n");
     // A failed import says what stopped it in one line; what it reported
     // before stays in the sink (info --json) but is not printed.
@@ -85,7 +99,9 @@ void Session::FlushDiagnostics(const std::string& what) {
     const std::vector<vesk::diag::TRecord>& records = sink_.Records();
     size_t warnings = 0;
     for (size_t i = printed_; i < records.size(); ++i) {
-        warnings += records[i].severity >= vesk::diag::ESeverity::Warning ? 1 : 0;
+        // Notes (the units a file was read in) are for `info`, not warnings.
+        if (records[i].severity < vesk::diag::ESeverity::Warning) continue;
+        ++warnings;
         if (!imp_.quiet) std::fprintf(stderr, "%s\n", DiagnosticLine(records[i]).c_str());
     }
     printed_ = records.size();

@@ -14,6 +14,17 @@
 
 namespace roadx::cli {
 
+// One input file and what its import added to the document.
+struct TInputBlock {
+    std::string path;
+    std::string format;
+    size_t firstRecord = 0, endRecord = 0;  // its records in the sink
+    unsigned roads[2] = {0, 0};             // [first, end) indices it added
+    unsigned surfaces[2] = {0, 0};
+    int pointGroups[2] = {0, 0};
+    std::vector<std::pair<std::string, std::string>> crossSectCodes;  // surface -> section code
+};
+
 class Session {
 public:
     Session(const ImportOptions& imp, const ExportOptions& exp);
@@ -33,6 +44,7 @@ public:
     // --strict, throws a CliError when there were warnings.
     void FlushDiagnostics(const std::string& what);
     bool Strict() const { return imp_.strict; }
+    const std::vector<TInputBlock>& Inputs() const { return inputs_; }
 
 private:
     void ImportOne(const std::string& path);
@@ -46,6 +58,7 @@ private:
     CHostUiScope uiScope_;
     vesk::diag::CSink sink_;
     size_t printed_ = 0;
+    std::vector<TInputBlock> inputs_;
 };
 
 }  // namespace roadx::cli

@@ -56,8 +56,36 @@ void CheckObservationGroups(const XmlSection& survey, bool ddmmss) {
 
 }  // namespace
 
+// The units as the import reads them, as a note for `info`: the last
+// Metric or Imperial element counts (Imperial after Metric within one Units).
+static void NoteUnits(const XmlSection& root) {
+    XmlSection last;
+    for (const XmlSection units : root.Children("Units")) {
+        for (const XmlSection m : units.Children("Metric")) last = m;
+        for (const XmlSection i : units.Children("Imperial")) last = i;
+    }
+    std::vector<std::pair<std::string, std::string>> v;
+    const bool imperial = !last.IsEmpty() && last.GetSectionName() == "Imperial";
+    v.emplace_back("system", last.IsEmpty() ? "none (metric assumed)" : std::string(last.GetSectionName()));
+    v.emplace_back("linearUnit", last.IsEmpty() ? "" : std::string(last.Attribute("linearUnit")));
+    v.emplace_back("lengthsReadAs", imperial ? "US survey foot (0.3048006096012 m)" : "metre");
+    auto angle = [&](const char* name) {
+        const std::string text = last.IsEmpty() ? "" : std::string(last.Attribute(name));
+        v.emplace_back(name, text);
+        const char* as = text == "radians"           ? "radians"
+                         : text == "grads"           ? "grads (azimuth from north, clockwise)"
+                         : text == "decimal degrees" ? "decimal degrees"
+                                                     : "not read (values used as written)";
+        v.emplace_back(std::string(name) + "ReadAs", as);
+    };
+    angle("directionUnit");
+    angle("angularUnit");
+    CImportDiagScope::Current()->Note("units", last, "units as read", std::move(v));
+}
+
 void CheckUnits(const XmlSection& root) {
     if (!CImportDiagScope::Current()) return;
+    NoteUnits(root);
     for (const XmlSection units : root.Children("Units")) {
         for (const XmlSection m : units.Children("Metric")) {
             const std::string_view lin = m.Attribute("linearUnit");

@@ -122,3 +122,22 @@ void CImportDiagScope::ReportText(const char* kind, std::string_view text, std::
     r.instead = std::move(instead);
     sink_->Report(std::move(r));
 }
+
+void CImportDiagScope::Note(const char* kind, const XmlSection& where, std::string message,
+                            std::vector<std::pair<std::string, std::string>> values) {
+    vesk::diag::TRecord r;
+    r.severity = vesk::diag::ESeverity::Note;
+    r.kind = kind;
+    r.file = file_;
+    if (!where.IsEmpty()) {
+        const ptrdiff_t offset = where.Node().offset_debug();
+        if (offset >= 0) {
+            r.offset = offset;
+            r.line = LineOf(static_cast<size_t>(offset));
+        }
+        r.element = ElementPath(where);
+    }
+    r.message = std::move(message);
+    r.values = std::move(values);
+    sink_->Report(std::move(r));
+}

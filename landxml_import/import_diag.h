@@ -30,6 +30,9 @@ public:
     // A record placed at an element (its line and path).
     void Report(const char* kind, const XmlSection& where, std::string message, std::string instead, int64_t count,
                 vesk::diag::ESeverity severity = vesk::diag::ESeverity::Warning);
+    // A note with named values (nothing lost: what was read, for `info`).
+    void Note(const char* kind, const XmlSection& where, std::string message,
+              std::vector<std::pair<std::string, std::string>> values);
     // A record placed at a text inside the parsed file (a token); the
     // element is the one whose text or attribute holds it.
     void ReportText(const char* kind, std::string_view text, std::string message, std::string instead);

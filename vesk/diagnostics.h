@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace vesk::diag {
@@ -31,6 +32,9 @@ struct TRecord {
     std::string message;   // what happened
     std::string instead;   // what was done instead ("" when nothing)
     int64_t count = 1;     // how many times it happened
+    // Named values a note carries for programs (the units a file was read
+    // in: "linearUnit" -> "foot", ...); empty for most records.
+    std::vector<std::pair<std::string, std::string>> values = {};
 };
 
 class CSink {
