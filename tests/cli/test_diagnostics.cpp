@@ -192,4 +192,36 @@ TEST(Diagnostics, SampleWithDesignCrossSections) {
     EXPECT_TRUE(seen);
 }
 
+// info: units as read, extents (northing/easting swapped into x/y by hand
+// from the file), cross-section codes, one block per input file.
+TEST(Info, UnitsExtentsAndOneBlockPerFile) {
+    const std::string a = kDiag + "info_blocks.xml";
+    const std::string b = kDiag + "alignment_rules.xml";
+    const TCommandResult r =
+        RunCommand(Roadx() + " info --json -q " + ShellQuote(a) + " " + ShellQuote(b) + " 2>/dev/null");
+    ASSERT_EQ(r.exitCode, 0);
+    const json s = json::parse(r.output);
+    ASSERT_EQ(s.at("files").size(), 2u);
+    const json& f = s["files"][0];
+    EXPECT_EQ(f["file"], a);
+    EXPECT_EQ(f["units"]["system"], "Metric");
+    EXPECT_EQ(f["units"]["directionUnitReadAs"], "grads (azimuth from north, clockwise)");
+    EXPECT_EQ(f["surfaces"][0]["extent"], json::array({2000.0, 1000.0, 40.0, 2100.0, 1100.0, 45.0}));
+    EXPECT_EQ(f["pointGroups"][0]["extent"], json::array({2000.0, 1000.0, 50.0, 2030.0, 1010.0, 52.5}));
+    EXPECT_EQ(f["roads"][0]["extent"], json::array({2000.0, 1000.0, 44.0, 2100.0, 1000.0, 46.0}));
+    EXPECT_EQ(f["crossSectionSurfaces"], json::parse(R"([{"surface":"Ground","sectionCode":"Ground"}])"));
+    EXPECT_TRUE(f["warnings"].empty());
+    const json& g = s["files"][1];
+    EXPECT_EQ(g["units"]["linearUnit"], "foot");
+    EXPECT_EQ(g["units"]["lengthsReadAs"], "US survey foot (0.3048006096012 m)");
+    EXPECT_EQ(g["roads"].size(), 2u);
+    EXPECT_EQ(g["warnings"].size(), 7u);
+    EXPECT_EQ(s["warnings"].size(), 7u);
+    // The document's extent spans both files: the second file's road
+    // "Back" runs from (0, 0) east, its curve starts at (0, 0).
+    const json& e = s["extent"];
+    EXPECT_EQ(e[0], 0.0);
+    EXPECT_EQ(e[5], 52.5);
+}
+
 }  // namespace
