@@ -20,6 +20,7 @@ struct ImportOptions {
     std::string trace;  // "" off, "-" standard output
     bool quiet = false;
     bool strict = false;  // any warning of an import or export is an error
+    double tolerance = 0.001;  // metres: the LandXML geometry check's threshold
 };
 
 struct ExportOptions {

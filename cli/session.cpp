@@ -32,6 +32,7 @@ std::string ReadableFormats() {
 
 Session::Session(const ImportOptions& imp, const ExportOptions& exp) : imp_(imp), ui_(imp, exp), uiScope_(&ui_) {
     ui_.SetProfileLibrary(doc_.GetLibProfile());
+    sink_.checkTolerance = imp.tolerance;
     InstallDocumentDisplay(doc_);
     if (imp.trace.empty()) return;
     if (imp.trace == "-") {

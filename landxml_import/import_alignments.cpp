@@ -56,6 +56,7 @@ TExchangeStatus ImportAlignment(const XmlSection& alignment, const CString& name
     if (!road) return TExchangeStatus::Ok();
     LinkTerrainAndRecalc(context, road, terrain);
     CheckRoadStations(alignment, road);
+    CheckPlanAgainstFile(alignment, road, units.directionUnit, units.isMetric);
 
     builder.StartRoadAlti();
     const bool profileOk = ImportProfiles(alignment, builder, units.isMetric);

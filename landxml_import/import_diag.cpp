@@ -141,3 +141,6 @@ void CImportDiagScope::Note(const char* kind, const XmlSection& where, std::stri
     r.values = std::move(values);
     sink_->Report(std::move(r));
 }
+
+CImportDiagPause::CImportDiagPause() : saved_(tCurrent) { tCurrent = nullptr; }
+CImportDiagPause::~CImportDiagPause() { tCurrent = saved_; }

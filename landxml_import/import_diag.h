@@ -38,6 +38,8 @@ public:
     void ReportText(const char* kind, std::string_view text, std::string message, std::string instead);
 
     const std::string& File() const { return file_; }
+    // Distance in metres beyond which the geometry check reports.
+    double Tolerance() const { return sink_->checkTolerance; }
 
 private:
     bool Merge(const char* kind, int64_t count);
@@ -49,6 +51,20 @@ private:
     std::string original_;  // the text before in-place parsing, read on need
     bool haveOriginal_ = false;
     CImportDiagScope* previous_;
+    friend class CImportDiagPause;
+};
+
+// Silences the thread's import diagnostics while a check reads the file a
+// second time (its numbers were reported on the first reading).
+class CImportDiagPause {
+public:
+    CImportDiagPause();
+    ~CImportDiagPause();
+    CImportDiagPause(const CImportDiagPause&) = delete;
+    CImportDiagPause& operator=(const CImportDiagPause&) = delete;
+
+private:
+    CImportDiagScope* saved_;
 };
 
 // "Alignment "A" / CoordGeom / Spiral 3 (station 120.5)": the element's

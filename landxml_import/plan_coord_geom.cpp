@@ -27,11 +27,8 @@ std::vector<int> PlanKindsInTextOrder(const std::string& xml) {
     return kinds;
 }
 
-namespace {
-
-// The Line, Curve and Spiral children in document order: the kinds come from
-// the element's text, the elements of each kind from the reader's
-// enumeration by tag.
+// The kinds come from the element's text, the elements of each kind from the
+// reader's enumeration by tag.
 std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom) {
     const std::vector<int> kinds = PlanKindsInTextOrder(coordGeom.GetXML());
     std::vector<XmlSection> byKind[3];
@@ -47,8 +44,6 @@ std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom) {
     }
     return ordered;
 }
-
-}  // namespace
 
 bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32_t directionUnit,
                    uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal) {

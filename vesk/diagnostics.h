@@ -51,6 +51,10 @@ public:
     size_t CountAtLeast(ESeverity s) const;
     void Clear();
 
+    // What the caller asks of checks that compare (the LandXML geometry
+    // check): distances beyond this many metres are reported.
+    double checkTolerance = 0.001;
+
 private:
     std::vector<TRecord> records_;
     std::unordered_map<std::string, size_t> index_;  // kind + '\n' + file -> record

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -92,6 +93,16 @@ const TKindCase kKinds[] = {
     {"alignment_rules.xml", "plan-element-without-start", 1, 14,
      "Alignments \"Site\" / Alignment \"Back\" (station 1000) / CoordGeom / Curve",
      "1 Curve has no Start (only a PI); starts at (0, 0)"},
+    // Line 1 points east by the rules (0 degrees counter-clockwise from
+    // east) but north by its Start and End: 100 m east against 100 m north
+    // is 100·√2 = 141.421 m; so for line 2 (east of its own Start vs north).
+    {"geometry_check.xml", "plan-end-mismatch", 2, 7,
+     "Alignments / Alignment \"North\" (station 0) / CoordGeom / Line 1 (station 0)",
+     "2 the computed end lies 141.421 m from the file's End; likely cause: the file's directions fit azimuths from "
+     "north (clockwise), not the way decimal degrees are read; the computed geometry kept"},
+    {"geometry_check.xml", "plan-gap-in-file", 1, 8,
+     "Alignments / Alignment \"North\" (station 0) / CoordGeom / Line 2 (station 100)",
+     "1 the file's Start lies 0.500 m from the End of the element before it; each element starts at its own Start"},
     {"alignment_rules.xml", "road-negative-length", 1, 11, "Alignments \"Site\" / Alignment \"Back\" (station 1000)",
      "1 the road runs from station 304.801 to 91.4402 (length -213.36): the alignment's staStart is not followed by "
      "its elements' stations; imported as read; its length is negative"},
@@ -192,6 +203,85 @@ TEST(Diagnostics, SampleWithDesignCrossSections) {
     EXPECT_TRUE(seen);
 }
 
+TEST(GeometryCheck, ToleranceSetsTheThreshold) {
+    const std::string path = kDiag + "geometry_check.xml";
+    const TCommandResult r = RunCommand(Roadx() + " info --json --tolerance 1 " + ShellQuote(path) + " 2>/dev/null");
+    ASSERT_EQ(r.exitCode, 0);
+    const json s = json::parse(r.output);
+    std::vector<std::string> kinds;
+    for (const json& w : s.at("warnings")) kinds.push_back(w.at("kind"));
+    // The 0.5 m gap is within 1 m; the 141 m are not.
+    EXPECT_EQ(kinds, std::vector<std::string>{"plan-end-mismatch"});
+}
+
+// Every sample of tests/data/landxml that states End points: the elements
+// whose computed end lies more than 1 mm from the file's End (count, first
+// element, first and largest distance, cause). The others have none.
+struct TSampleCheck {
+    const char* file;
+    int count;  // 0: no finding
+    int line;
+    const char* element;
+    const char* message;
+};
+
+class GeometryCheckSamples : public ::testing::TestWithParam<TSampleCheck> {};
+
+TEST_P(GeometryCheckSamples, FindingsPinned) {
+    const TSampleCheck& c = GetParam();
+    const std::string path = roadx::test::DataPath(std::string("landxml/") + c.file);
+    const TCommandResult r = RunCommand(Roadx() + " info --json --yes " + ShellQuote(path) + " 2>/dev/null");
+    ASSERT_EQ(r.exitCode, 0);
+    int found = 0;
+    const json s = json::parse(r.output);
+    for (const json& w : s.at("warnings")) {
+        EXPECT_NE(w.at("kind"), "plan-gap-in-file") << w.dump();
+        if (w.at("kind") != "plan-end-mismatch") continue;
+        ++found;
+        EXPECT_EQ(w.at("count"), c.count);
+        EXPECT_EQ(w.at("line"), c.line);
+        EXPECT_EQ(w.at("element"), c.element);
+        EXPECT_EQ(w.at("message"), c.message);
+    }
+    EXPECT_EQ(found, c.count > 0 ? 1 : 0);
+}
+
+const TSampleCheck kSampleChecks[] = {
+    {"aplitop_grads_spiral_chain.xml", 0, 0, "", ""},
+    {"aplitop_grads_spirals_paracurve.xml", 0, 0, "", ""},
+    {"c3d2014_imperial_crosssects_tin.xml", 0, 0, "", ""},
+    {"c3d2020_alignment_spirals_tr.xml", 1, 15,
+     "Alignments / Alignment \"K1 A Kolu\" (station 0.) / CoordGeom / Spiral 1",
+     "the computed end lies 0.024 m from the file's End"},
+    {"c3d2023_imperial_alignment_paracurve.xml", 0, 0, "", ""},
+    {"carlson2014_lx11_ussft_crosssects_tin.xml", 15, 3476,
+     "Alignments / Alignment \"TROUT RUN ROAD\" (station 0.000000) / CoordGeom \"TROUT RUN ROAD\" / Curve 1",
+     "the computed end lies 21.626 m from the file's End (largest 141.767 m at Alignments / Alignment \"TROUT RUN "
+     "ROAD\" (station 0.000000) / CoordGeom \"TROUT RUN ROAD\" / Line 2); likely cause: no directionUnit: the "
+     "file's directions were not read"},
+    {"divcibare_lx10_spirals_paracurve_tin.xml", 0, 0, "", ""},
+    {"inframodel_3dwin_grads_circcurve.xml", 15, 23,
+     "Alignments \"M3_RS\" / Alignment \"M3_RS - CL\" (station 0.000000) / CoordGeom / Line 1 (station 0.000000)",
+     "the computed end lies 65.450 m from the file's End (largest 353.939 m at Alignments \"M3_RS\" / Alignment "
+     "\"M3_RS - CL\" (station 0.000000) / CoordGeom / Curve 7 (station 1027.054571)); likely cause: the file's "
+     "directions fit angles counter-clockwise from north, not the way grads are read"},
+    {"ldt2005_lx11_subdivision_profiles_pipes_tin.xml", 19, 2921,
+     "Alignments / Alignment \"loop\" (station 0.000000) / CoordGeom / Line 4",
+     "the computed end lies 3.991 m from the file's End (largest 6.541 m at Alignments / Alignment \"loop\" "
+     "(station 0.000000) / CoordGeom / Line 13); likely cause: the Line has no dir: its direction is the running "
+     "direction of the element before it, not its Start to End"},
+    {"novapoint_inframodel_circcurve_profile.xml", 7, 24,
+     "Alignments \"Geometriat\" / Alignment \"Sammalniementie_u\" (station 0.000000) / CoordGeom / Line 1 "
+     "(station 0.000000)",
+     "the computed end lies 323.869 m from the file's End; likely cause: the file's directions fit azimuths from "
+     "north (clockwise), not the way decimal degrees are read"},
+    {"ord_ussurveyfoot_alignment_paracurve.xml", 0, 0, "", ""},
+};
+
+std::string SampleName(const ::testing::TestParamInfo<TSampleCheck>& i) { return TestName(i.param.file); }
+
+INSTANTIATE_TEST_SUITE_P(Samples, GeometryCheckSamples, ::testing::ValuesIn(kSampleChecks), SampleName);
+
 // info: units as read, extents (northing/easting swapped into x/y by hand
 // from the file), cross-section codes, one block per input file.
 TEST(Info, UnitsExtentsAndOneBlockPerFile) {
@@ -215,8 +305,10 @@ TEST(Info, UnitsExtentsAndOneBlockPerFile) {
     EXPECT_EQ(g["units"]["linearUnit"], "foot");
     EXPECT_EQ(g["units"]["lengthsReadAs"], "US survey foot (0.3048006096012 m)");
     EXPECT_EQ(g["roads"].size(), 2u);
-    EXPECT_EQ(g["warnings"].size(), 7u);
-    EXPECT_EQ(s["warnings"].size(), 7u);
+    // Its 7 kinds of data left out or changed and the geometry check's
+    // finding on "Back" (its curve starts at (0, 0)).
+    EXPECT_EQ(g["warnings"].size(), 8u);
+    EXPECT_EQ(s["warnings"].size(), 8u);
     // The document's extent spans both files: the second file's road
     // "Back" runs from (0, 0) east, its curve starts at (0, 0).
     const json& e = s["extent"];
