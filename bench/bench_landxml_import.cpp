@@ -148,7 +148,8 @@ bool Import(const char* path, long bytes, bool withSink) {
     CVantriDoc doc;
     const long newsBefore = g_newCalls.load();
     const auto t = Clock::now();
-    const TExchangeStatus st = roadx::landxml::ImportLandXMLStatus(&doc, path, false, false, withSink ? &sink : nullptr);
+    const TExchangeStatus st = roadx::landxml::ImportLandXMLStatus(&doc, path, false, false, true,
+                                                                     withSink ? &sink : nullptr);
     const double secs = Seconds(t);
     const long news = g_newCalls.load() - newsBefore;
     if (!st.ok()) {

@@ -1,6 +1,7 @@
 #include "landxml_import/import_diag.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cstring>
 
 namespace {
@@ -104,6 +105,29 @@ void CImportDiagScope::Report(const char* kind, const XmlSection& where, std::st
     sink_->Report(std::move(r));
 }
 
+std::string CImportDiagScope::UnparsedChild(pugi::xml_node node, size_t offset) {
+    // Surface points and faces may be read from the scanned buffer without
+    // nodes: the token's own element is the tag opened last before it.
+    LineOf(0);
+    const std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
+    if (offset > text.size()) return "";
+    const size_t open = text.rfind('<', offset);
+    const ptrdiff_t nodeAt = node.offset_debug();
+    if (open == std::string_view::npos || nodeAt < 0 || static_cast<ptrdiff_t>(open) < nodeAt) return "";
+    size_t end = open + 1;
+    while (end < text.size() && (std::isalnum(static_cast<unsigned char>(text[end])) || text[end] == '_')) ++end;
+    std::string step(text.substr(open + 1, end - open - 1));
+    if (step.empty()) return "";
+    const size_t close = text.find('>', end);
+    const std::string_view attrs = text.substr(end, close == std::string_view::npos ? 0 : close - end);
+    const size_t id = attrs.find("id=\"");
+    if (id != std::string_view::npos) {
+        const size_t q = attrs.find('"', id + 4);
+        if (q != std::string_view::npos) step += " " + std::string(attrs.substr(id + 4, q - id - 4));
+    }
+    return " / " + step;
+}
+
 void CImportDiagScope::ReportText(const char* kind, std::string_view text, std::string message, std::string instead) {
     if (Merge(kind, 1)) return;
     vesk::diag::TRecord r;
@@ -116,7 +140,8 @@ void CImportDiagScope::ReportText(const char* kind, std::string_view text, std::
         const ptrdiff_t offset = text.data() - buffer.data();
         r.offset = offset;
         r.line = LineOf(static_cast<size_t>(offset));
-        r.element = ElementPath(XmlSection(ElementAt(reader_.Root().Node(), offset)));
+        const pugi::xml_node node = ElementAt(reader_.Root().Node(), offset);
+        r.element = ElementPath(XmlSection(node)) + UnparsedChild(node, static_cast<size_t>(offset));
     }
     r.message = std::move(message);
     r.instead = std::move(instead);

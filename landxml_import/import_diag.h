@@ -44,6 +44,7 @@ public:
 private:
     bool Merge(const char* kind, int64_t count);
     int64_t LineOf(size_t offset);
+    std::string UnparsedChild(pugi::xml_node node, size_t offset);
 
     vesk::diag::CSink* sink_;
     std::string file_;

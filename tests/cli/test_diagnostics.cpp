@@ -68,7 +68,7 @@ const TKindCase kKinds[] = {
      "2 text \"17,4\" is a number followed by other text; read as 17, the rest ignored"},
     {"surface_numbers.xml", "number-out-of-range", 1, 12, "Surfaces / Surface \"G\" / Definition / Pnts / P 5",
      "1 number \"1e309\" is beyond the range of its type; read as 1.7976931348623157e+308"},
-    {"surface_numbers.xml", "surface-point-id-repeated", 1, 13, "Surfaces / Surface \"G\" / Definition / Pnts / P 3",
+    {"surface_numbers.xml", "surface-point-id-repeated", 1, 7, "Surfaces / Surface \"G\" / Definition / Pnts",
      "1 P repeats the id of an earlier P; the later point takes the id; faces use it"},
     {"surface_numbers.xml", "surface-face-unknown-id", 2, 15, "Surfaces / Surface \"G\" / Definition / Faces",
      "2 triangle names a point id that no P has; triangle dropped"},

@@ -115,7 +115,7 @@ struct TImportRun {
     TExchangeStatus RunFile(const std::string& path) {
         CTraceScope traceScope(&trace);
         CHostUiScope uiScope(&ui);
-        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, sink);
+        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, true, sink);
         return status;
     }
     // The recorded lines whose operation is one of `ops` (all when empty).
