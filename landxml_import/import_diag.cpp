@@ -73,12 +73,15 @@ CImportDiagScope* CImportDiagScope::Current() { return tCurrent; }
 bool CImportDiagScope::Merge(const char* kind, int64_t count) { return sink_->Merge(kind, file_, count); }
 
 int64_t CImportDiagScope::LineOf(size_t offset) {
-    if (!haveOriginal_) {
-        original_ = reader_.OriginalText();
-        haveOriginal_ = true;
+    // The file's text before the in-place parse, read only as far as asked
+    // (a record near the top of a large file reads a few bytes). Without a
+    // file (a text loaded from memory) the parsed buffer answers; its line
+    // breaks are those of the text up to small shifts.
+    if (original_.size() < offset + 1 && !haveOriginal_) {
+        std::string prefix = reader_.OriginalPrefix(std::max<size_t>(offset + 1, original_.size() * 2));
+        haveOriginal_ = prefix.size() <= offset;  // the whole file is in
+        original_ = std::move(prefix);
     }
-    // Without the original (a text loaded from memory) the parsed buffer
-    // answers; its line breaks are those of the file up to small shifts.
     const std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
     offset = std::min(offset, text.size());
     return 1 + std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(offset), '\n');
@@ -108,7 +111,7 @@ void CImportDiagScope::Report(const char* kind, const XmlSection& where, std::st
 std::string CImportDiagScope::UnparsedChild(pugi::xml_node node, size_t offset) {
     // Surface points and faces may be read from the scanned buffer without
     // nodes: the token's own element is the tag opened last before it.
-    LineOf(0);
+    LineOf(offset + 256);  // the file read past the token's tag
     const std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
     if (offset > text.size()) return "";
     const size_t open = text.rfind('<', offset);

@@ -150,6 +150,9 @@ public:
     // each call; for counting lines of diagnostics).
     std::string_view Buffer() const { return buffer_; }
     std::string OriginalText() const;
+    // The first `n` bytes of the file as read (UTF-8 as parsed for UTF-8
+    // files); "" when the text was not loaded from a file.
+    std::string OriginalPrefix(size_t n) const;
 
 private:
     // Parses buffer_; rereadSource gives the original bytes again to count
@@ -162,6 +165,7 @@ private:
     bool scanSurfaces_ = false;
     CSurfaceScan scan_;
     std::function<std::string()> reread_;
+    std::string path_;
 };
 
 // Property exchange in loading mode. `name` is an attribute name; an empty
