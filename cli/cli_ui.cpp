@@ -50,6 +50,7 @@ bool CCliUi::DlgImportLandXML(bool, bool, const std::vector<CString>& surfaceNam
             if (lib_ && !code.empty()) lib_->AddSectionCode(code, code);
             r.crossSectCodes.emplace_back(pair.substr(0, eq), code);
         }
+        lastCodes_ = r.crossSectCodes;
         return true;
     }
     // Each surface name maps to the code whose code or name equals it; any
@@ -65,6 +66,7 @@ bool CCliUi::DlgImportLandXML(bool, bool, const std::vector<CString>& surfaceNam
         }
         r.crossSectCodes.emplace_back(name, code);
     }
+    lastCodes_ = r.crossSectCodes;
     return true;
 }
 

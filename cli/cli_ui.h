@@ -28,6 +28,9 @@ public:
     // Messages shown during the current call, for the caller to report.
     const std::vector<std::string>& Messages() const { return messages_; }
     void ClearMessages() { messages_.clear(); }
+    // The cross-section surface -> section code pairs of the last import
+    // dialog (what --section-code sets), for `info`.
+    const std::vector<std::pair<CString, vesk::String>>& LastCrossSectCodes() const { return lastCodes_; }
     // The import dialog may add section codes to this library.
     void SetProfileLibrary(CLibProfile* lib) { lib_ = lib; }
 
@@ -35,6 +38,7 @@ private:
     const ImportOptions& imp_;
     const ExportOptions& exp_;
     std::vector<std::string> messages_;
+    std::vector<std::pair<CString, vesk::String>> lastCodes_;
     CLibProfile* lib_ = nullptr;
 };
 

@@ -49,12 +49,7 @@ int RunConvert(ConvertArgs& a) {
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
     if (exchange::CarriesCoordinateSystem(*out)) StateCoordinateSystem(a.files, a.exp);
-    vesk::diag::CSink sink;
-    const TExchangeStatus st = ExportFile(session, *out, a.exp, &sink);
-    if (!a.imp.quiet)
-        for (const vesk::diag::TRecord& r : sink.Records())
-            std::fprintf(stderr, "roadx: %s: %s: %s\n", vesk::diag::SeverityName(r.severity), a.exp.output.c_str(),
-                         r.message.c_str());
+    const TExchangeStatus st = ExportFile(session, *out, a.exp);
     if (st.code == TExchangeStatus::UNSUPPORTED) throw CliError(kExitUsage, a.exp.output + ": " + st.message);
     if (!st.ok()) throw CliError(kExitBadInput, a.exp.output + ": " + st.message);
     return 0;
@@ -69,8 +64,7 @@ void AddExportList(CLI::App& cmd, const std::string& name, std::optional<std::ve
 
 }  // namespace
 
-TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o,
-                           vesk::diag::CSink* sink) {
+TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o) {
     exchange::TExportRequest request;
     // The save dialogs are answered with -o made absolute; the request says
     // the same.
@@ -81,9 +75,10 @@ TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const E
     request.statedCrs = o.statedCrs;
     request.statedBy = o.statedBy;
     request.cell = o.cell;
-    request.sink = sink;
+    request.failOnWarning = session.Strict();
     session.Ui().ClearMessages();
-    TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request);
+    TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request, &session.Diagnostics());
+    session.FlushDiagnostics(o.output);
     // The message box the user would have seen, word for word.
     if (!st.ok() && st.code != TExchangeStatus::UNSUPPORTED && !session.Ui().Messages().empty())
         st.message += " (" + session.Ui().Messages().back() + ")";

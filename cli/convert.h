@@ -5,16 +5,13 @@
 #include "exchange/common/status.h"
 #include "exchange/formats.h"
 
-namespace vesk::diag { class CSink; }
-
 namespace roadx::cli {
 
 class Session;
 
 // The status names the problem; a message box the user would have seen is
 // added to it word for word.
-// Warnings of the export go to sink (may be null).
-TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o,
-                           vesk::diag::CSink* sink = nullptr);
+// Warnings of the export go to the session's diagnostics.
+TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const ExportOptions& o);
 
 }  // namespace roadx::cli

@@ -47,6 +47,12 @@ void AddImportOptions(CLI::App& app, ImportOptions& o) {
     app.add_option("--trace", o.trace, "write every builder call and message to FILE ('-' = standard output)")
         ->type_name("FILE");
     app.add_flag("-q,--quiet", o.quiet, "no warnings or progress on standard error");
+    app.add_option("--tolerance", o.tolerance,
+                   "LandXML geometry check: report plan elements whose computed end lies more than this many "
+                   "metres from the file's End (default 0.001)")
+        ->check(CLI::NonNegativeNumber);
+    app.add_flag("--strict", o.strict,
+                 "any warning (data left out, defaulted, cut or changed) is an error: exit 1, nothing written");
 }
 
 }  // namespace roadx::cli

@@ -19,6 +19,8 @@ struct ImportOptions {
     bool no = false;
     std::string trace;  // "" off, "-" standard output
     bool quiet = false;
+    bool strict = false;  // any warning of an import or export is an error
+    double tolerance = 0.001;  // metres: the LandXML geometry check's threshold
 };
 
 struct ExportOptions {
@@ -33,6 +35,12 @@ struct ExportOptions {
     double cell = 0.0;  // elevation model: cell size in metres (0 = from the triangles)
     // Filled after the import: the system the inputs state, and the input.
     std::string statedCrs, statedBy;
+};
+
+// Imports and exports report through the session's sink; this says how.
+struct DiagOptions {
+    bool quiet = false;
+    bool strict = false;
 };
 
 void AddImportOptions(CLI::App& app, ImportOptions& o);

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "cli/app.h"
+#include "cli/diag_output.h"
 #include "display/doc_display.h"
 #include "exchange/formats.h"
 
@@ -31,6 +32,7 @@ std::string ReadableFormats() {
 
 Session::Session(const ImportOptions& imp, const ExportOptions& exp) : imp_(imp), ui_(imp, exp), uiScope_(&ui_) {
     ui_.SetProfileLibrary(doc_.GetLibProfile());
+    sink_.checkTolerance = imp.tolerance;
     InstallDocumentDisplay(doc_);
     if (imp.trace.empty()) return;
     if (imp.trace == "-") {
@@ -69,9 +71,44 @@ void Session::ImportOne(const std::string& path) {
     const bool progress = !imp_.quiet && !ec && size >= kProgressBytes && isatty(STDERR_FILENO);
     if (progress) std::fprintf(stderr, "roadx: reading %s (%.1f MB)...", path.c_str(), size / 1048576.0);
     ui_.ClearMessages();
-    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f);
+    TInputBlock block;
+    block.path = path;
+    block.format = f->name;
+    block.firstRecord = sink_.Records().size();
+    block.roads[0] = doc_.GetLibRoad()->GetNumRoads();
+    block.surfaces[0] = doc_.GetLibDtm()->GetNoPrj();
+    block.pointGroups[0] = doc_.GetLibPnt()->GetGrpArSize();
+    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f, &sink_);
+    block.endRecord = sink_.Records().size();
+    block.roads[1] = doc_.GetLibRoad()->GetNumRoads();
+    block.surfaces[1] = doc_.GetLibDtm()->GetNoPrj();
+    block.pointGroups[1] = doc_.GetLibPnt()->GetGrpArSize();
+    if (f->sniff && std::string(f->name) == "LandXML")
+        for (const auto& [surface, code] : ui_.LastCrossSectCodes()) block.crossSectCodes.emplace_back(surface, code);
+    inputs_.push_back(std::move(block));
     if (progress) std::fprintf(stderr, " done\n");
-    if (!st.ok()) throw CliError(kExitBadInput, path + ": " + st.message);
+    // A failed import says what stopped it in one line; what it reported
+    // before stays in the sink (info --json) but is not printed.
+    if (!st.ok()) {
+        printed_ = sink_.Records().size();
+        throw CliError(kExitBadInput, path + ": " + st.message);
+    }
+    FlushDiagnostics(path);
+}
+
+void Session::FlushDiagnostics(const std::string& what) {
+    const std::vector<vesk::diag::TRecord>& records = sink_.Records();
+    size_t warnings = 0;
+    for (size_t i = printed_; i < records.size(); ++i) {
+        // Notes (the units a file was read in) are for `info`, not warnings.
+        if (records[i].severity < vesk::diag::ESeverity::Warning) continue;
+        ++warnings;
+        if (!imp_.quiet) std::fprintf(stderr, "%s\n", DiagnosticLine(records[i]).c_str());
+    }
+    printed_ = records.size();
+    if (imp_.strict && warnings > 0)
+        throw CliError(kExitBadInput, what + ": " + std::to_string(warnings) +
+                                          " kind(s) of warning, an error with --strict; nothing written");
 }
 
 }  // namespace roadx::cli

@@ -10,8 +10,20 @@
 #include "cli/options.h"
 #include "host/document.h"
 #include "host/trace.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::cli {
+
+// One input file and what its import added to the document.
+struct TInputBlock {
+    std::string path;
+    std::string format;
+    size_t firstRecord = 0, endRecord = 0;  // its records in the sink
+    unsigned roads[2] = {0, 0};             // [first, end) indices it added
+    unsigned surfaces[2] = {0, 0};
+    int pointGroups[2] = {0, 0};
+    std::vector<std::pair<std::string, std::string>> crossSectCodes;  // surface -> section code
+};
 
 class Session {
 public:
@@ -26,6 +38,14 @@ public:
     // CliError naming the file and the problem.
     void ImportAll(const std::vector<std::string>& files);
 
+    // What the imports and exports reported.
+    vesk::diag::CSink& Diagnostics() { return sink_; }
+    // Prints the records reported since the last call (unless quiet); with
+    // --strict, throws a CliError when there were warnings.
+    void FlushDiagnostics(const std::string& what);
+    bool Strict() const { return imp_.strict; }
+    const std::vector<TInputBlock>& Inputs() const { return inputs_; }
+
 private:
     void ImportOne(const std::string& path);
 
@@ -36,6 +56,9 @@ private:
     std::unique_ptr<CTraceFile> traceSink_;
     std::unique_ptr<CTraceScope> traceScope_;
     CHostUiScope uiScope_;
+    vesk::diag::CSink sink_;
+    size_t printed_ = 0;
+    std::vector<TInputBlock> inputs_;
 };
 
 }  // namespace roadx::cli

@@ -1,5 +1,6 @@
 #include "cli/summary.h"
 
+#include "cli/extent.h"
 #include "host/document.h"
 #include "vesk/format.h"
 
@@ -38,7 +39,8 @@ json RoadSummary(CRoad& r) {
             {"length", r.GetEndProg() - r.GetStartProg()},
             {"profile", profile},
             {"sections", r.GetNumSections()},
-            {"sectionPoints", sectionPoints}};
+            {"sectionPoints", sectionPoints},
+            {"extent", RoadExtent(r).Json()}};
 }
 
 json SurfaceSummary(const CDtmPrj& p) {
@@ -47,23 +49,36 @@ json SurfaceSummary(const CDtmPrj& p) {
             {"triangles", p.GetTris()->GetNoTris()},
             {"outerBoundaries", p.GetCntsExt()->GetNoCnts()},
             {"islands", p.GetCntsInt()->GetNoCnts()},
-            {"breaklines", p.GetVncs()->GetNoVncs()}};
+            {"breaklines", p.GetVncs()->GetNoVncs()},
+            {"extent", SurfaceExtent(p).Json()}};
 }
 
 }  // namespace
 
 nlohmann::json DocumentSummary(CVantriDoc& doc) {
     json s;
+    CExtent all;
     s["roads"] = json::array();
     CLibRoad* roads = doc.GetLibRoad();
-    for (unsigned i = 0; i < roads->GetNumRoads(); ++i) s["roads"].push_back(RoadSummary(*roads->GetRoad(i)));
+    for (unsigned i = 0; i < roads->GetNumRoads(); ++i) {
+        s["roads"].push_back(RoadSummary(*roads->GetRoad(i)));
+        all.Add(RoadExtent(*roads->GetRoad(i)));
+    }
     s["surfaces"] = json::array();
     CLibDtm* dtm = doc.GetLibDtm();
-    for (unsigned i = 0; i < dtm->GetNoPrj(); ++i) s["surfaces"].push_back(SurfaceSummary(*dtm->GetPrj(i)));
+    for (unsigned i = 0; i < dtm->GetNoPrj(); ++i) {
+        s["surfaces"].push_back(SurfaceSummary(*dtm->GetPrj(i)));
+        all.Add(SurfaceExtent(*dtm->GetPrj(i)));
+    }
     s["pointGroups"] = json::array();
     CLibPnt* pnt = doc.GetLibPnt();
-    for (int i = 0; i < pnt->GetGrpArSize(); ++i)
-        s["pointGroups"].push_back({{"name", pnt->GetGrpAt(i)->GetName()}, {"points", pnt->GetPtnArSize(i)}});
+    for (int i = 0; i < pnt->GetGrpArSize(); ++i) {
+        const CExtent e = PointGroupExtent(*pnt, i);
+        all.Add(e);
+        s["pointGroups"].push_back(
+            {{"name", pnt->GetGrpAt(i)->GetName()}, {"points", pnt->GetPtnArSize(i)}, {"extent", e.Json()}});
+    }
+    s["extent"] = all.Json();
     s["gpsGroups"] = json::array();
     CLibGps* gps = doc.GetLibGps();
     for (int i = 0; i < gps->GetGrpArSize(); ++i)

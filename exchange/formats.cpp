@@ -12,6 +12,7 @@
 #include "landxml_export/export_landxml.h"
 #include "landxml_import/import_landxml.h"
 #include "rd3/rd3_export.h"
+#include "rd3/rd3_export_checks.h"
 #include "rd3/rd3_import.h"
 
 namespace roadx::exchange {
@@ -46,27 +47,43 @@ bool SniffLandXML(const std::string& head) {
     return head.find("<LandXML") != std::string::npos || head.find(":LandXML") != std::string::npos;
 }
 
-TExchangeStatus ImportLandXMLRow(CVantriDoc& doc, const std::string& path) {
-    return landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false);
+TExchangeStatus ImportLandXMLRow(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink) {
+    return landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, true, sink);
 }
 
 // The host's dialogs (answered by the caller) choose what and where.
-TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest&) { return landxml::ExportLandXMLStatus(doc); }
+TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest&, vesk::diag::CSink*) {
+    return landxml::ExportLandXMLStatus(doc);
+}
 
 // RD3 -----------------------------------------------------------------------
 
 bool SniffRD3(const std::string& head) { return head.compare(0, 10, "Topcon RD3") == 0; }
 
-TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path) {
+TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink*) {
     return rd3::ImportRD3Status(&doc, path.c_str());
 }
 
 // RD3 carries one road: the one the request names, or the first.
-TExchangeStatus ExportRD3Row(CVantriDoc& doc, const TExportRequest& r) {
+TExchangeStatus ExportRD3Row(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
     CLibRoad* roads = doc.GetLibRoad();
     for (unsigned i = 0; i < roads->GetNumRoads(); ++i) {
         CRoad* road = roads->GetRoad(i);
-        if (r.road.empty() || road->GetName() == r.road) return rd3::ExportRD3Status(*road);
+        if (r.road.empty() || road->GetName() == r.road) {
+            if (r.road.empty() && roads->GetNumRoads() > 1)
+                vesk::diag::Report(sink, {vesk::diag::ESeverity::Warning, "rd3-roads-left-out", r.path, 0, -1,
+                                          "Road \"" + std::string(road->GetName()) + "\"",
+                                          "an RD3 file holds one road: " + std::to_string(roads->GetNumRoads() - 1) +
+                                              " other roads not written",
+                                          "the first road written; --road names another", 
+                                          static_cast<int64_t>(roads->GetNumRoads() - 1)});
+            const size_t before = sink ? sink->Records().size() : 0;
+            rd3::CheckRD3Export(*road, sink, r.path);
+            if (r.failOnWarning && sink && sink->Records().size() > before)
+                return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT,
+                                             "the RD3 file cannot carry all of the road; nothing was written");
+            return rd3::ExportRD3Status(*road);
+        }
     }
     if (r.road.empty())
         return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT, "the inputs hold no road to write as RD3");
@@ -91,8 +108,12 @@ TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg
     return st;
 }
 
-TExchangeStatus ExportDXFRow(CVantriDoc& doc, const TExportRequest& r) { return ExportDrawing(doc, r, false); }
-TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r) { return ExportDrawing(doc, r, true); }
+TExchangeStatus ExportDXFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink*) {
+    return ExportDrawing(doc, r, false);
+}
+TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink*) {
+    return ExportDrawing(doc, r, true);
+}
 
 }  // namespace
 
@@ -154,16 +175,17 @@ std::vector<std::string> InputExtensions() {
     return exts;
 }
 
-TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f) {
+TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f, vesk::diag::CSink* sink) {
     if (!f.import)
         return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT, std::string(f.name) + " files are not read");
-    return f.import(doc, path);
+    return f.import(doc, path, sink);
 }
 
-TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request) {
+TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request,
+                           vesk::diag::CSink* sink) {
     if (!f.exportTo)
         return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT, std::string(f.name) + " files are not written");
-    return f.exportTo(doc, request);
+    return f.exportTo(doc, request, sink);
 }
 
 }  // namespace roadx::exchange

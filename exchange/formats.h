@@ -7,9 +7,9 @@
 #include <vector>
 
 #include "exchange/common/status.h"
+#include "vesk/diagnostics.h"
 
 class CVantriDoc;
-namespace vesk::diag { class CSink; }
 
 namespace roadx::exchange {
 
@@ -21,17 +21,20 @@ struct TExportRequest {
     double contourInterval = 1.0;   // drawings, GIS: metres between contour lines
     // GIS outputs: the coordinate system given by the user (overrides),
     // the one the inputs state and the input stating it ("" = none), the
-    // elevation model's cell size in metres (0 = from the triangles), and
-    // where warnings go (may be null).
+    // elevation model's cell size in metres (0 = from the triangles).
     std::string crs;
     std::string statedCrs;
     std::string statedBy;
     double cell = 0.0;
-    vesk::diag::CSink* sink = nullptr;
+    // With a sink: when the export would report a warning, nothing is
+    // written and the status is BAD_INPUT.
+    bool failOnWarning = false;
 };
 
-using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path);
-using ExportFn = TExchangeStatus (*)(CVantriDoc& doc, const TExportRequest& request);
+// `sink` (may be null) receives what the import or export skipped, defaulted,
+// clamped, cut or could not carry; it changes nothing else.
+using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink);
+using ExportFn = TExchangeStatus (*)(CVantriDoc& doc, const TExportRequest& request, vesk::diag::CSink* sink);
 // True when the first bytes of a file are this format's.
 using SniffFn = bool (*)(const std::string& head);
 
@@ -63,7 +66,10 @@ std::vector<std::string> InputExtensions();
 
 // The import and export of a format; BAD_INPUT when it does not read or
 // write files of this kind.
-TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f);
-TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request);
+// With a sink, their diagnostics go to it (see vesk/diagnostics.h).
+TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f,
+                           vesk::diag::CSink* sink = nullptr);
+TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request,
+                           vesk::diag::CSink* sink = nullptr);
 
 }  // namespace roadx::exchange

@@ -12,7 +12,7 @@ namespace roadx::exchange {
 
 namespace {
 
-gis::TGisRequest GisRequest(const TExportRequest& r) {
+gis::TGisRequest GisRequest(const TExportRequest& r, vesk::diag::CSink* sink) {
     gis::TGisRequest g;
     g.path = r.path;
     g.crs = r.crs;
@@ -20,26 +20,26 @@ gis::TGisRequest GisRequest(const TExportRequest& r) {
     g.statedBy = r.statedBy;
     g.contourInterval = r.contourInterval;
     g.cell = r.cell;
-    g.sink = r.sink;
+    g.sink = sink;
     return g;
 }
 
 }  // namespace
 
-TExchangeStatus ExportGeoPackageRow(CVantriDoc& doc, const TExportRequest& r) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r), gis::EVectorFormat::GeoPackage);
+TExchangeStatus ExportGeoPackageRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::GeoPackage);
 }
-TExchangeStatus ExportGeoJSONRow(CVantriDoc& doc, const TExportRequest& r) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r), gis::EVectorFormat::GeoJSON);
+TExchangeStatus ExportGeoJSONRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::GeoJSON);
 }
-TExchangeStatus ExportShapefileRow(CVantriDoc& doc, const TExportRequest& r) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r), gis::EVectorFormat::Shapefile);
+TExchangeStatus ExportShapefileRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::Shapefile);
 }
-TExchangeStatus ExportFlatGeobufRow(CVantriDoc& doc, const TExportRequest& r) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r), gis::EVectorFormat::FlatGeobuf);
+TExchangeStatus ExportFlatGeobufRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::FlatGeobuf);
 }
-TExchangeStatus ExportGeoTIFFRow(CVantriDoc& doc, const TExportRequest& r) {
-    return gis::ExportElevationModelStatus(doc, GisRequest(r));
+TExchangeStatus ExportGeoTIFFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return gis::ExportElevationModelStatus(doc, GisRequest(r, sink));
 }
 
 TStatedCrs StatedCoordinateSystem(const std::string& path) {

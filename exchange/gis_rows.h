@@ -5,10 +5,10 @@
 
 namespace roadx::exchange {
 
-TExchangeStatus ExportGeoPackageRow(CVantriDoc& doc, const TExportRequest& r);
-TExchangeStatus ExportGeoJSONRow(CVantriDoc& doc, const TExportRequest& r);
-TExchangeStatus ExportShapefileRow(CVantriDoc& doc, const TExportRequest& r);
-TExchangeStatus ExportFlatGeobufRow(CVantriDoc& doc, const TExportRequest& r);
-TExchangeStatus ExportGeoTIFFRow(CVantriDoc& doc, const TExportRequest& r);
+TExchangeStatus ExportGeoPackageRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink);
+TExchangeStatus ExportGeoJSONRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink);
+TExchangeStatus ExportShapefileRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink);
+TExchangeStatus ExportFlatGeobufRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink);
+TExchangeStatus ExportGeoTIFFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink);
 
 }  // namespace roadx::exchange

@@ -203,9 +203,11 @@ void CLoadVantriDati::AddTriVert(int index, double x, double y, double z) {
     const int64_t limit = static_cast<int64_t>(dtm_->GetTris()->GetNoTriVrts()) * 2 + kDenseSlack;
     if (index >= 0 && index < limit) {
         if (static_cast<size_t>(index) >= denseIds_.size()) denseIds_.resize(static_cast<size_t>(index) + 1, -1);
-        denseIds_[static_cast<size_t>(index)] = at;
+        int32_t& slot = denseIds_[static_cast<size_t>(index)];
+        repeatedVertIds_ += slot >= 0 ? 1 : 0;
+        slot = at;
     } else {
-        sparseIds_[index] = at;
+        repeatedVertIds_ += sparseIds_.insert_or_assign(index, at).second ? 0 : 1;
     }
 }
 

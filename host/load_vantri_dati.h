@@ -70,6 +70,9 @@ public:
     int GetRefusedCalls() const { return refused_; }
     // Triangles dropped because they named an unknown vertex id.
     int64_t GetDroppedTris() const { return droppedTris_; }
+    // Triangulation vertices whose id an earlier vertex already had (the id
+    // now names the later one).
+    int64_t GetRepeatedVertIds() const { return repeatedVertIds_; }
 
 private:
     bool Refuse(const char* why);
@@ -96,4 +99,5 @@ private:
     CSta* sta_ = nullptr;
     int refused_ = 0;
     int64_t droppedTris_ = 0;
+    int64_t repeatedVertIds_ = 0;
 };

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "host/road.h"
+#include "landxml_import/import_checks.h"
 #include "landxml_import/import_ended.h"
 #include "landxml_import/plan_geometry.h"
 #include "landxml_import/reader_messages.h"
@@ -54,6 +55,8 @@ TExchangeStatus ImportAlignment(const XmlSection& alignment, const CString& name
     builder.EndRoadPlani();
     if (!road) return TExchangeStatus::Ok();
     LinkTerrainAndRecalc(context, road, terrain);
+    CheckRoadStations(alignment, road);
+    CheckPlanAgainstFile(alignment, road, units.directionUnit, units.isMetric);
 
     builder.StartRoadAlti();
     const bool profileOk = ImportProfiles(alignment, builder, units.isMetric);

@@ -6,6 +6,8 @@
 #include "host/load_vantri_dati.h"
 #include "host/ui.h"
 #include "landxml_import/import_alignments.h"
+#include "landxml_import/import_diag.h"
+#include "landxml_import/import_checks.h"
 #include "landxml_import/import_ended.h"
 #include "landxml_import/import_scan.h"
 #include "landxml_import/landxml_units.h"
@@ -32,6 +34,8 @@ TExchangeStatus LoadFailure(const TXmlLoadStatus& s) {
 TExchangeStatus ImportChosen(const CXmlReader& reader, CLoadVantriDati& builder, const TImportLandXMLResult& choices) {
     const XmlSection root = reader.Root();
     const TLandXmlUnits units = ReadUnits(root);
+    CheckUnits(root);
+    CheckNotRead(root, choices);
     if (choices.importPoints) {
         PointTable referenced;
         ImportInstrumentSurveys(root, builder, units.isMetric, referenced);
@@ -48,13 +52,14 @@ TExchangeStatus ImportChosen(const CXmlReader& reader, CLoadVantriDati& builder,
 namespace roadx::landxml {
 
 TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
-                                    bool scanSurfaces) {
+                                    bool scanSurfaces, vesk::diag::CSink* sink) {
     CXmlReader reader;
     CLoadVantriDati builder(doc);
     reader.EnableSurfaceScan(scanSurfaces);
     reader.ReleaseScannedAfterReading(true);
     if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
     const XmlSection root = reader.Root();
+    CImportDiagScope diag(sink, path ? path : "", reader);
 
     const std::vector<vesk::String> codes = SectionCodes(doc);
     const TLandXmlContents contents = ScanLandXml(root);

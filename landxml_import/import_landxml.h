@@ -4,6 +4,7 @@
 // as a road with its plan geometry, vertical profile and cross sections.
 #pragma once
 #include "exchange/common/status.h"
+#include "vesk/diagnostics.h"
 
 class IVantriDati;
 
@@ -21,7 +22,10 @@ namespace roadx::landxml {
 // scanSurfaces: read the surfaces' points and faces straight from the file's
 // buffer (surface_scan.h); false reads every element through the DOM. Both
 // make the same builder calls; the second is kept to compare against.
+// With a sink, what the import skipped, defaulted, clamped or changed is
+// reported to it (records name `path` as given); the builder calls are the
+// same.
 TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
-                                    bool scanSurfaces = true);
+                                    bool scanSurfaces = true, vesk::diag::CSink* sink = nullptr);
 
 }  // namespace roadx::landxml

@@ -2,6 +2,7 @@
 #include <string>
 #include <vector>
 
+#include "landxml_import/import_checks.h"
 #include "landxml_import/plan_geometry.h"
 #include "vesk/undefined.h"
 
@@ -26,11 +27,8 @@ std::vector<int> PlanKindsInTextOrder(const std::string& xml) {
     return kinds;
 }
 
-namespace {
-
-// The Line, Curve and Spiral children in document order: the kinds come from
-// the element's text, the elements of each kind from the reader's
-// enumeration by tag.
+// The kinds come from the element's text, the elements of each kind from the
+// reader's enumeration by tag.
 std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom) {
     const std::vector<int> kinds = PlanKindsInTextOrder(coordGeom.GetXML());
     std::vector<XmlSection> byKind[3];
@@ -47,14 +45,14 @@ std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom) {
     return ordered;
 }
 
-}  // namespace
-
 bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32_t directionUnit,
                    uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal) {
     for (const XmlSection coordGeom : alignment.Children("CoordGeom")) {
         TPlanRun run;
+        CheckCoordGeomChildren(coordGeom);
         for (const XmlSection& e : ElementsInDocumentOrder(coordGeom)) {
             const std::string_view tag = e.GetSectionName();
+            CheckPlanElement(e);
             if (tag == "Line") {
                 ReadLine(e, builder, directionUnit, isMetric, run.prog, run.dir);
             } else if (tag == "Curve") {

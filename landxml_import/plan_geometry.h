@@ -52,3 +52,12 @@ bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t dir
 // element's XML text ("<Line", "<Curve", "<Spiral").
 enum TPlanKind : int { PLAN_LINE = 11, PLAN_CURVE = 12, PLAN_SPIRAL = 13 };
 std::vector<int> PlanKindsInTextOrder(const std::string& xml);
+
+// The Line, Curve and Spiral children of a CoordGeom in document order.
+std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom);
+
+// The geometry check: each plan element of `road` (as imported from
+// `alignment`) against the file's own End and the next element's Start;
+// reports through the import's diagnostics.
+class CRoad;
+void CheckPlanAgainstFile(const XmlSection& alignment, CRoad* road, uint32_t directionUnit, bool isMetric);

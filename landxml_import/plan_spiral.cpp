@@ -1,10 +1,12 @@
 #include <cmath>
+#include <cstdio>
 #include <string>
 
 #include "exchange/common/module_strings.h"
 #include "host/plani_elem.h"
 #include "host/ui.h"
 #include "landxml_import/plan_common.h"
+#include "landxml_import/import_diag.h"
 #include "landxml_import/plan_geometry.h"
 #include "landxml_import/text_lists.h"
 #include "vesk/undefined.h"
@@ -22,17 +24,27 @@ TSpiralRadius ReadSpiralRadius(const XmlSection& spiral, const char* name) {
     CString text;
     PX_String(spiral, name, text);
     TSpiralRadius r;
-    r.value = ReadStreamDouble(text);
+    // "INF" reads as 0 anyway; reading it would report a text that is no number.
+    const bool infText = text.empty() || text == "INF" || text == "-INF";
+    r.value = infText ? 0.0 : ReadStreamDouble(text);
     const bool beyond = (r.value > 1e8 && !TolerantEqual(r.value, 1e8)) ||
                         (r.value < -1e8 && !TolerantEqual(r.value, -1e8));
-    r.infinite = text.empty() || text == "INF" || text == "-INF" || beyond;
+    r.infinite = infText || beyond;
     return r;
 }
 
 // Does the computed A match the file's constant, given either as A or as A²?
 // If not, the user decides whether to go on.
-bool AcceptSpiralConstant(double A, double constant) {
+bool AcceptSpiralConstant(const XmlSection& spiral, double A, double constant) {
     if (TolerantEqual(A, constant) || TolerantEqual(A, std::sqrt(std::fabs(constant)))) return true;
+    if (CImportDiagScope::Current()) {
+        char text[200];
+        std::snprintf(text, sizeof text,
+                      "spiral parameter A = %.6f (from its length and radii) matches neither the file's constant "
+                      "%.6f nor its square root %.6f",
+                      A, constant, std::sqrt(std::fabs(constant)));
+        DiagReport("spiral-constant-mismatch", spiral, text, "the user was asked whether to go on; A kept");
+    }
     return MessageQuestionYesNo(LoadModuleString(IDS_CLOTOIDE_NON_VALIDA), LoadModuleString(IDS_PLANIMETRIA));
 }
 
@@ -77,7 +89,7 @@ bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t dir
         A = (rs.infinite || re.infinite)
                 ? CClotoide::ComputeAFromRadLen(1.0, rs.infinite ? re.value : rs.value, length)
                 : CClotoideContinuita::ComputeAFromR1R2Len(1.0, rs.value, re.value, length);
-        if (hasConstant && !AcceptSpiralConstant(A, constant)) {
+        if (hasConstant && !AcceptSpiralConstant(spiral, A, constant)) {
             if (refusal) *refusal = TPlanRefusal::SPIRAL_CONSTANT;
             return false;
         }

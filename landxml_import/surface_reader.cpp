@@ -16,6 +16,7 @@
 #include "host/dtm.h"
 #include "landxml_import/boundary_chain.h"
 #include "landxml_import/fixed_numbers.h"
+#include "landxml_import/import_diag.h"
 #include "landxml_import/reader_messages.h"
 #include "landxml_import/readers.h"
 #include "landxml_import/text_lists.h"
@@ -132,6 +133,21 @@ void ImportFaces(TTinRead& r, const TTinList& faces, const CSurfaceScan* scan) {
     ForEachLetterChild(faces.node, 'F', [&](const XmlSection& face) { AddFace(r, face.Text()); });
 }
 
+// The builder counts repeated point ids and triangles naming unknown ids;
+// they are reported at the Pnts and Faces elements (the points and faces
+// themselves may have been read from the scanned buffer, without nodes).
+void ReportSurfaceIds(const XmlSection& pnts, const XmlSection& faces, int64_t repeated, int64_t dropped) {
+    if (!CImportDiagScope::Current()) return;
+    if (repeated > 0) {
+        const XmlSection& first = pnts;
+        DiagReport("surface-point-id-repeated", first, "P repeats the id of an earlier P",
+                   "the later point takes the id; faces use it", repeated);
+    }
+    if (dropped > 0)
+        DiagReport("surface-face-unknown-id", faces, "triangle names a point id that no P has", "triangle dropped",
+                   dropped);
+}
+
 void ImportDefinition(const XmlSection& surface, const XmlSection& def, CDtmPrj* prj, CLoadVantriDati& builder,
                       bool isMetric, const CSurfaceScan* scan) {
     CString surfType;
@@ -146,8 +162,12 @@ void ImportDefinition(const XmlSection& surface, const XmlSection& def, CDtmPrj*
         const size_t trisPerFace = r.tin ? 1 : 2;
         tris->Reserve(tris->GetNoTriVrts() + pnts.Count('P'), tris->GetNoTris() + faces.Count('F') * trisPerFace);
     }
+    const int64_t repeatedBefore = builder.GetRepeatedVertIds();
     ImportPoints(r, pnts, scan);
+    const int64_t droppedBefore = builder.GetDroppedTris();
     ImportFaces(r, faces, scan);
+    ReportSurfaceIds(pnts.node, faces.node, builder.GetRepeatedVertIds() - repeatedBefore,
+                     builder.GetDroppedTris() - droppedBefore);
 }
 
 // Number lists of boundaries and breaklines, read into one reused buffer.

@@ -2,6 +2,7 @@
 // imperial files; heights, distances and angles are passed as the file
 // writes them, and a quantity the file does not give travels as the
 // undefined value.
+#include "landxml_import/import_diag.h"
 #include "landxml_import/point_sources.h"
 #include "landxml_import/readers.h"
 
@@ -40,7 +41,11 @@ void ImportObservation(const XmlSection& obs, const TPointSources& sources, CLoa
         const CString desc = Text(target, "desc");
         TNorthEastElev p;
         // A target whose position cannot be found drops the observation.
-        if (!ResolvePoint(target, sources, isMetric, referenced, p)) continue;
+        if (!ResolvePoint(target, sources, isMetric, referenced, p)) {
+            DiagReport("observation-target-not-found", target,
+                       "RawObservation not imported (its TargetPoint has no coordinates and names no known point)");
+            continue;
+        }
         builder.AddPun(name, desc, p.east, p.north, p.elev, targetHeight, slopeDistance, zenithAngle, horizAngle);
     }
 }
@@ -54,7 +59,10 @@ void ImportSetup(const XmlSection& setup, const TPointSources& sources, CLoadVan
         if (ResolvePoint(station, sources, isMetric, referenced, p)) builder.SetStaCoords(p.east, p.north, p.elev);
     }
     for (XmlSection obs : setup.Children("RawObservation"))
-        if (obs.IsSectionExists("TargetPoint")) ImportObservation(obs, sources, builder, isMetric, referenced);
+        if (obs.IsSectionExists("TargetPoint"))
+            ImportObservation(obs, sources, builder, isMetric, referenced);
+        else
+            DiagReport("observation-without-target", obs, "RawObservation not imported (it has no TargetPoint)");
 }
 
 // The base of a GPS group: its own position and the point it stands on.

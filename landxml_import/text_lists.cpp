@@ -5,9 +5,13 @@
 #include <climits>
 #include <cmath>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <locale.h>
 #include <string>
+
+#include "landxml_import/import_diag.h"
+#include "landxml_import/reader_messages.h"
 
 namespace {
 
@@ -78,21 +82,62 @@ double StrtodLikeStream(std::string_view taken) {
     return v;
 }
 
+// The number texts that lose or change data, reported where the import has
+// a diagnostics sink. Kept out of line: the common path only tests.
+enum class EBadNumber { NotANumber, Cut, Overflow };
+
+[[gnu::noinline, gnu::cold]] void ReportBadNumber(EBadNumber what, std::string_view token, double readAs) {
+    CImportDiagScope* d = CImportDiagScope::Current();
+    if (!d) return;
+    const std::string quoted = QuoteForMessage(token);
+    char value[64];
+    std::snprintf(value, sizeof value, "%.17g", readAs);
+    switch (what) {
+        case EBadNumber::NotANumber:
+            d->ReportText("number-not-read", token, "text " + quoted + " is not a number", "read as 0");
+            break;
+        case EBadNumber::Cut:
+            d->ReportText("number-cut", token, "text " + quoted + " is a number followed by other text",
+                          std::string("read as ") + value + ", the rest ignored");
+            break;
+        case EBadNumber::Overflow:
+            d->ReportText("number-out-of-range", token, "number " + quoted + " is beyond the range of its type",
+                          std::string("read as ") + value);
+            break;
+    }
+}
+
+// Text after the number that is not white space.
+bool HasRest(std::string_view token, size_t end) {
+    for (size_t i = end; i < token.size(); ++i)
+        if (!IsSpace(token[i])) return true;
+    return false;
+}
+
 }  // namespace
 
 double ReadStreamDouble(std::string_view token) {
     size_t i = 0;
     while (i < token.size() && IsSpace(token[i])) ++i;
     const FloatSpan s = ScanFloat(token, i);
-    if (!s.complete) return 0.0;
+    if (!s.complete) {
+        if (CImportDiagScope::Current()) ReportBadNumber(EBadNumber::NotANumber, token, 0.0);
+        return 0.0;
+    }
+    if (s.end != token.size() && HasRest(token, s.end) && CImportDiagScope::Current())
+        ReportBadNumber(EBadNumber::Cut, token, ReadStreamDouble(token.substr(0, s.end)));
     // from_chars rounds correctly like strtod but takes no '+', so the
     // magnitude is read and the sign applied (rounding is symmetric).
     const char* first = token.data() + s.digitsPos;
     const char* last = token.data() + s.end;
     double magnitude = 0.0;
     const auto [ptr, ec] = std::from_chars(first, last, magnitude);
-    if (ec != std::errc() || ptr != last || std::isinf(magnitude))
-        return StrtodLikeStream(token.substr(s.signPos, s.end - s.signPos));
+    if (ec != std::errc() || ptr != last || std::isinf(magnitude)) {
+        const double v = StrtodLikeStream(token.substr(s.signPos, s.end - s.signPos));
+        if ((v == DBL_MAX || v == -DBL_MAX) && CImportDiagScope::Current())
+            ReportBadNumber(EBadNumber::Overflow, token, v);
+        return v;
+    }
     return s.negative ? -magnitude : magnitude;
 }
 
@@ -114,9 +159,19 @@ int ReadStreamInt(std::string_view token) {
         anyDigit = true;
         if (magnitude <= kCap) magnitude = magnitude * 10 + static_cast<unsigned>(token[i] - '0');
     }
-    if (!anyDigit) return 0;
-    if (negative) return magnitude >= kCap ? INT_MIN : -static_cast<int>(magnitude);
-    return magnitude >= kCap ? INT_MAX : static_cast<int>(magnitude);
+    if (!anyDigit) {
+        if (CImportDiagScope::Current()) ReportBadNumber(EBadNumber::NotANumber, token, 0.0);
+        return 0;
+    }
+    const int value = negative ? (magnitude >= kCap ? INT_MIN : -static_cast<int>(magnitude))
+                               : (magnitude >= kCap ? INT_MAX : static_cast<int>(magnitude));
+    if ((i < n || magnitude >= kCap) && CImportDiagScope::Current()) {
+        if (magnitude > kCap || (magnitude == kCap && !negative))
+            ReportBadNumber(EBadNumber::Overflow, token, value);
+        else if (i < n && HasRest(token, i))
+            ReportBadNumber(EBadNumber::Cut, token, value);
+    }
+    return value;
 }
 
 void ReadTokenList(std::string_view text, std::vector<vesk::String>& tokens) {

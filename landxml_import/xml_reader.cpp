@@ -113,19 +113,42 @@ bool CXmlReader::LoadFromFile(const char* path) {
         status_.reason = "cannot open the file";
         return false;
     }
-    return Parse([path] {
+    auto reread = [file = std::string(path)] {
         std::string again;
-        ReadWholeFile(path, again);
+        ReadWholeFile(file.c_str(), again);
         return again;
-    });
+    };
+    const bool ok = Parse(reread);
+    reread_ = reread;
+    path_ = path;
+    return ok;
 }
 
 bool CXmlReader::LoadFromText(std::string_view bytes) {
+    reread_ = nullptr;
+    path_.clear();
     doc_.reset();
     scan_.Clear();
     status_ = {};
     buffer_.assign(bytes);
     return Parse([bytes] { return std::string(bytes); });
+}
+
+std::string CXmlReader::OriginalPrefix(size_t n) const {
+    if (path_.empty()) return std::string();
+    FILE* f = std::fopen(path_.c_str(), "rb");
+    if (!f) return std::string();
+    std::string out(n, '\0');
+    out.resize(std::fread(out.data(), 1, n, f));
+    std::fclose(f);
+    return out;
+}
+
+std::string CXmlReader::OriginalText() const {
+    if (!reread_) return std::string();
+    std::string original = reread_();
+    ConvertXmlTextToUtf8(original);
+    return original;
 }
 
 bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {

@@ -145,6 +145,15 @@ public:
     // The root `LandXML` element (empty when not loaded or not LandXML).
     XmlSection Root() const;
 
+    // The parsed buffer (texts handed out point into it), and the file's
+    // text as it was before the in-place parse rewrote it (read again on
+    // each call; for counting lines of diagnostics).
+    std::string_view Buffer() const { return buffer_; }
+    std::string OriginalText() const;
+    // The first `n` bytes of the file as read (UTF-8 as parsed for UTF-8
+    // files); "" when the text was not loaded from a file.
+    std::string OriginalPrefix(size_t n) const;
+
 private:
     // Parses buffer_; rereadSource gives the original bytes again to count
     // the line of an error.
@@ -155,6 +164,8 @@ private:
     TXmlLoadStatus status_;
     bool scanSurfaces_ = false;
     CSurfaceScan scan_;
+    std::function<std::string()> reread_;
+    std::string path_;
 };
 
 // Property exchange in loading mode. `name` is an attribute name; an empty

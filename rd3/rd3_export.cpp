@@ -4,6 +4,7 @@
 
 #include "host/road.h"
 #include "host/ui.h"
+#include "rd3/rd3_export_checks.h"
 #include "rd3/rd3_records.h"
 #include "rd3/rd3_write_road.h"
 #include "rd3/rd3_write_sections.h"
@@ -39,9 +40,10 @@ TExchangeStatus WriteRD3File(CRoad& road, const std::string& path) {
     return TExchangeStatus::Ok();
 }
 
-TExchangeStatus ExportRD3Status(CRoad& road) {
+TExchangeStatus ExportRD3Status(CRoad& road, vesk::diag::CSink* sink, const std::string& file) {
     CFileDialog dlg(false, "rd3", road.GetName().c_str(), kDialogFlags, kFilter);
     if (dlg.DoModal() != IDOK) return TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "no file chosen");
+    CheckRD3Export(road, sink, file.empty() ? std::string(dlg.GetPathName()) : file);
     return WriteRD3File(road, dlg.GetPathName());
 }
 

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "exchange/common/status.h"
+#include "vesk/diagnostics.h"
 
 class CRoad;
 
@@ -14,7 +15,9 @@ namespace roadx::rd3 {
 TExchangeStatus WriteRD3File(CRoad& road, const std::string& path);
 
 // FExportRD3 saying how it ended: asks for the file with the host's save
-// dialog, then writes it; a cancelled dialog writes nothing.
-TExchangeStatus ExportRD3Status(CRoad& road);
+// dialog, then writes it; a cancelled dialog writes nothing. With a sink,
+// what the file cannot carry is reported to it first, under `file` (the
+// output as the user named it).
+TExchangeStatus ExportRD3Status(CRoad& road, vesk::diag::CSink* sink = nullptr, const std::string& file = "");
 
 }  // namespace roadx::rd3

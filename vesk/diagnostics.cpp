@@ -26,6 +26,15 @@ void CSink::Report(TRecord record) {
     if (record.severity > first.severity) first.severity = record.severity;
 }
 
+bool CSink::Merge(const std::string& kind, const std::string& file, int64_t count) {
+    std::string key = kind;
+    key.append(1, '\n').append(file);
+    const auto it = index_.find(key);
+    if (it == index_.end()) return false;
+    records_[it->second].count += count;
+    return true;
+}
+
 size_t CSink::CountAtLeast(ESeverity s) const {
     size_t n = 0;
     for (const TRecord& r : records_) n += r.severity >= s ? 1 : 0;

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace vesk::diag {
@@ -31,17 +32,28 @@ struct TRecord {
     std::string message;   // what happened
     std::string instead;   // what was done instead ("" when nothing)
     int64_t count = 1;     // how many times it happened
+    // Named values a note carries for programs (the units a file was read
+    // in: "linearUnit" -> "foot", ...); empty for most records.
+    std::vector<std::pair<std::string, std::string>> values = {};
 };
 
 class CSink {
 public:
     // Adds a record, or merges it into the earlier one of its kind and file.
     void Report(TRecord record);
+    // Adds `count` to the record of this kind and file when there is one
+    // (true); false when there is none yet. Lets a reader work out the place
+    // of a record (line, element path) only for the first of its kind.
+    bool Merge(const std::string& kind, const std::string& file, int64_t count);
     const std::vector<TRecord>& Records() const { return records_; }
     bool Empty() const { return records_.empty(); }
     // Number of records (kinds) at or above the severity.
     size_t CountAtLeast(ESeverity s) const;
     void Clear();
+
+    // What the caller asks of checks that compare (the LandXML geometry
+    // check): distances beyond this many metres are reported.
+    double checkTolerance = 0.001;
 
 private:
     std::vector<TRecord> records_;

@@ -55,7 +55,6 @@ struct TConverted {
     roadx::cli::ImportOptions imp;
     roadx::cli::ExportOptions exp;
     std::unique_ptr<roadx::cli::Session> session;
-    vesk::diag::CSink sink;
     TExchangeStatus status;
     CVantriDoc& Doc() { return session->Doc(); }
 };
@@ -73,7 +72,7 @@ inline std::unique_ptr<TConverted> Convert(const std::vector<std::string>& input
     c->exp.cell = cell;
     c->session = std::make_unique<roadx::cli::Session>(c->imp, c->exp);
     c->session->ImportAll(inputs);
-    c->status = roadx::cli::ExportFile(*c->session, *roadx::exchange::FindFormat(key), c->exp, &c->sink);
+    c->status = roadx::cli::ExportFile(*c->session, *roadx::exchange::FindFormat(key), c->exp);
     return c;
 }
 

@@ -106,6 +106,7 @@ struct TImportRun {
     CScriptedUi ui;
     CVantriDoc doc;
     TExchangeStatus status;
+    vesk::diag::CSink* sink = nullptr;  // diagnostics, when a test asks
 
     TExchangeStatus Run(std::string_view xml) {
         CTempFile file(xml);
@@ -114,7 +115,7 @@ struct TImportRun {
     TExchangeStatus RunFile(const std::string& path) {
         CTraceScope traceScope(&trace);
         CHostUiScope uiScope(&ui);
-        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false);
+        status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, true, sink);
         return status;
     }
     // The recorded lines whose operation is one of `ops` (all when empty).

@@ -1,0 +1,59 @@
+#include "rd3/rd3_export_checks.h"
+
+#include <cstdio>
+
+#include "host/road.h"
+#include "rd3/rd3_name.h"
+
+namespace roadx::rd3 {
+
+namespace {
+
+std::string Station(double prog) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.3f", prog);
+    return buf;
+}
+
+vesk::diag::TRecord Record(const char* kind, const std::string& file, std::string element, std::string message,
+                           std::string instead, int64_t count) {
+    vesk::diag::TRecord r;
+    r.kind = kind;
+    r.file = file;
+    r.element = std::move(element);
+    r.message = std::move(message);
+    r.instead = std::move(instead);
+    r.count = count;
+    return r;
+}
+
+}  // namespace
+
+void CheckRD3Export(CRoad& road, vesk::diag::CSink* sink, const std::string& file) {
+    if (!sink) return;
+    const std::string roadPath = "Road \"" + std::string(road.GetName()) + "\"";
+    if (Utf8ToUtf16(road.GetName()).size() > kNameUnits)
+        sink->Report(Record("rd3-name-cut", file, roadPath,
+                            "the road name is longer than the 33 UTF-16 units of an RD3 name field",
+                            "written cut to \"" + Utf16ToUtf8(MakeName(road.GetName())) + "\"", 1));
+    int number = 0;
+    for (const CRoadPlaniElem* link = road.GetFirstRoadPlaniElem(); link; link = link->GetNextElem()) {
+        ++number;
+        const CPlaniElem* e = link->GetElem();
+        if (e->GetType() != CPlaniElem::CLOTOIDE_CONT) continue;
+        sink->Report(Record("rd3-continuity-clothoid", file,
+                            roadPath + " / plan element " + std::to_string(number) + " (station " +
+                                Station(e->GetProg()) + ")",
+                            "continuity clothoid not written (RD3 has no record for it)",
+                            "left out: every later element starts where the file's previous one ends", 1));
+    }
+    for (int i = 0; i < road.GetNumSections(); ++i) {
+        CProfile* section = road.GetSection(i);
+        if (!section || !section->GetSectionTemplate() || section->FindProfileAlti("STF")) continue;
+        sink->Report(Record("rd3-section-without-stf", file,
+                            roadPath + " / section at station " + Station(section->GetSectionProg()),
+                            "section has no \"STF\" line: its template is not written", "section left out", 1));
+    }
+}
+
+}  // namespace roadx::rd3

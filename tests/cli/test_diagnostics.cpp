@@ -1,0 +1,319 @@
+// Diagnostics end to end: each file of tests/data/landxml/diag triggers
+// known kinds; `roadx info --json` holds each as one record (kind, count,
+// line, element) and standard error has its summary line. --strict fails
+// without writing, -q prints nothing.
+#include <gtest/gtest.h>
+
+#include <stdlib.h>
+
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/cli/run_command.h"
+#include "tests/common/test_data.h"
+
+namespace {
+
+using namespace clitest;
+using nlohmann::json;
+
+const std::string kDiag = roadx::test::DataPath("landxml/diag/");
+
+std::string Roadx() { return ShellQuote(roadx::test::RoadxExe()); }
+
+struct TKindCase {
+    const char* file;
+    const char* kind;
+    int count;
+    int line;
+    const char* element;
+    const char* summary;  // the line on standard error after "roadx: warning: FILE:LINE: "
+};
+
+class DiagnosticKinds : public ::testing::TestWithParam<TKindCase> {};
+
+json Warnings(const std::string& path) {
+    const TCommandResult r = RunCommand(Roadx() + " info --json " + ShellQuote(path) + " 2>/dev/null");
+    EXPECT_EQ(r.exitCode, 0);
+    return json::parse(r.output).at("warnings");
+}
+
+TEST_P(DiagnosticKinds, RecordAndSummaryLine) {
+    const TKindCase& c = GetParam();
+    const std::string path = kDiag + c.file;
+    int found = 0;
+    for (const json& w : Warnings(path)) {
+        if (w.at("kind") != c.kind) continue;
+        ++found;
+        EXPECT_EQ(w.at("count"), c.count);
+        EXPECT_EQ(w.at("line"), c.line);
+        EXPECT_EQ(w.at("element"), c.element);
+        EXPECT_EQ(w.at("file"), path);
+        EXPECT_EQ(w.at("severity"), "warning");
+    }
+    EXPECT_EQ(found, 1);
+    const TCommandResult r = RunCommand(Roadx() + " info " + ShellQuote(path) + " 2>&1 >/dev/null");
+    const std::string expected = "roadx: warning: " + path + ":" + std::to_string(c.line) + ": " + c.summary +
+                                 " (first at " + c.element + ") [" + c.kind + "]\n";
+    EXPECT_NE(r.output.find(expected), std::string::npos) << r.output;
+}
+
+const TKindCase kKinds[] = {
+    {"surface_numbers.xml", "number-not-read", 2, 8, "Surfaces / Surface \"G\" / Definition / Pnts / P 1",
+     "2 text \"nan\" is not a number; read as 0"},
+    {"surface_numbers.xml", "number-cut", 2, 10, "Surfaces / Surface \"G\" / Definition / Pnts / P 3",
+     "2 text \"17,4\" is a number followed by other text; read as 17, the rest ignored"},
+    {"surface_numbers.xml", "number-out-of-range", 1, 12, "Surfaces / Surface \"G\" / Definition / Pnts / P 5",
+     "1 number \"1e309\" is beyond the range of its type; read as 1.7976931348623157e+308"},
+    {"surface_numbers.xml", "surface-point-id-repeated", 1, 7, "Surfaces / Surface \"G\" / Definition / Pnts",
+     "1 P repeats the id of an earlier P; the later point takes the id; faces use it"},
+    {"surface_numbers.xml", "surface-face-unknown-id", 2, 15, "Surfaces / Surface \"G\" / Definition / Faces",
+     "2 triangle names a point id that no P has; triangle dropped"},
+    {"survey_groups.xml", "observation-angle-format", 2, 15, "Survey / ObservationGroup o1",
+     "2 RawObservation not imported (angles in \"dd.mm.ss\" are not read)"},
+    {"survey_groups.xml", "cgpoints-nested", 2, 6, "CgPoints \"outer\" / CgPoints \"inner\"",
+     "2 CgPoint inside CgPoints nested in CgPoints not imported"},
+    {"survey_groups.xml", "angle-unit-not-read", 1, 3, "Units / Metric",
+     "1 angularUnit \"decimal dd.mm.ss\" is not one of \"radians\", \"grads\", \"decimal degrees\"; values used as "
+     "written, without a unit"},
+    {"alignment_rules.xml", "length-unit-foot", 1, 3, "Units / Imperial",
+     "1 linearUnit \"foot\" (the international foot, 0.3048 m) is read as the US survey foot; lengths multiplied by "
+     "0.3048006096012 (2 ppm longer: 0.6 m at 300 km)"},
+    {"alignment_rules.xml", "alignment-pis-only", 1, 6, "Alignments \"Site\" / Alignment \"PIs\" (station 0) / AlignPIs",
+     "1 alignment given only by AlignPIs: its plan geometry is not read; a road without plan elements"},
+    {"alignment_rules.xml", "design-cross-sect-surf", 2, 20,
+     "Alignments \"Site\" / Alignment \"Back\" (station 1000) / CrossSects / CrossSect / DesignCrossSectSurf \"Design\"",
+     "2 DesignCrossSectSurf not imported (only CrossSectSurf is read)"},
+    {"alignment_rules.xml", "plan-element-not-read", 1, 15,
+     "Alignments \"Site\" / Alignment \"Back\" (station 1000) / CoordGeom / Chain",
+     "1 \"Chain\" in CoordGeom is not read; left out of the plan; later elements follow on without it"},
+    {"alignment_rules.xml", "plan-element-without-start", 1, 14,
+     "Alignments \"Site\" / Alignment \"Back\" (station 1000) / CoordGeom / Curve",
+     "1 Curve has no Start (only a PI); starts at (0, 0)"},
+    // Line 1 points east by the rules (0 degrees counter-clockwise from
+    // east) but north by its Start and End: 100 m east against 100 m north
+    // is 100·√2 = 141.421 m; so for line 2 (east of its own Start vs north).
+    {"geometry_check.xml", "plan-end-mismatch", 2, 7,
+     "Alignments / Alignment \"North\" (station 0) / CoordGeom / Line 1 (station 0)",
+     "2 the computed end lies 141.421 m from the file's End; likely cause: the file's directions fit azimuths from "
+     "north (clockwise), not the way decimal degrees are read; the computed geometry kept"},
+    {"geometry_check.xml", "plan-gap-in-file", 1, 8,
+     "Alignments / Alignment \"North\" (station 0) / CoordGeom / Line 2 (station 100)",
+     "1 the file's Start lies 0.500 m from the End of the element before it; each element starts at its own Start"},
+    {"alignment_rules.xml", "road-negative-length", 1, 11, "Alignments \"Site\" / Alignment \"Back\" (station 1000)",
+     "1 the road runs from station 304.801 to 91.4402 (length -213.36): the alignment's staStart is not followed by "
+     "its elements' stations; imported as read; its length is negative"},
+};
+
+std::string KindName(const ::testing::TestParamInfo<TKindCase>& i) {
+    std::string n = TestName(std::string(i.param.kind) + ".x");
+    return n;
+}
+
+INSTANTIATE_TEST_SUITE_P(Diag, DiagnosticKinds, ::testing::ValuesIn(kKinds), KindName);
+
+// A temporary folder, removed at the end of the test.
+struct TTempDir {
+    std::string path;
+    TTempDir() {
+        char tmpl[] = "/tmp/roadx-diag-XXXXXX";
+        path = mkdtemp(tmpl);
+    }
+    ~TTempDir() { std::filesystem::remove_all(path); }
+};
+
+TEST(Diagnostics, RD3ExportSaysWhatTheFileCannotCarry) {
+    TTempDir tmp;
+    const std::string out = tmp.path + "/o.rd3";
+    const TCommandResult r =
+        RunCommand(Roadx() + " convert " + ShellQuote(kDiag + "rd3_cannot_carry.xml") + " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    const std::string road = "Road \"A road whose name is longer than an RD3 field\"";
+    EXPECT_EQ(r.output,
+              "roadx: warning: " + out + ": 1 an RD3 file holds one road: 1 other roads not written; the first road "
+              "written; --road names another (first at " + road + ") [rd3-roads-left-out]\n"
+              "roadx: warning: " + out + ": 1 the road name is longer than the 33 UTF-16 units of an RD3 name field; "
+              "written cut to \"A road whose name is longer than \" (first at " + road + ") [rd3-name-cut]\n"
+              "roadx: warning: " + out + ": 1 continuity clothoid not written (RD3 has no record for it); left out: "
+              "every later element starts where the file's previous one ends (first at " + road +
+              " / plan element 2 (station 100.000)) [rd3-continuity-clothoid]\n");
+    EXPECT_TRUE(std::filesystem::exists(out));
+}
+
+TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {
+    TTempDir tmp;
+    const std::string out = tmp.path + "/o.xml";
+    const std::string in = kDiag + "surface_numbers.xml";
+    const TCommandResult r =
+        RunCommand(Roadx() + " convert --strict " + ShellQuote(in) + " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.output.find("roadx: " + in + ": 5 kind(s) of warning, an error with --strict; nothing written\n"),
+              std::string::npos)
+        << r.output;
+    EXPECT_TRUE(std::filesystem::is_empty(tmp.path));
+}
+
+TEST(Diagnostics, StrictExportWarningExitsOneAndWritesNothing) {
+    TTempDir tmp;
+    const std::string out = tmp.path + "/o.rd3";
+    const TCommandResult r = RunCommand(Roadx() + " convert --strict " + ShellQuote(kDiag + "rd3_cannot_carry.xml") +
+                                        " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 1);
+    EXPECT_NE(r.output.find("roadx: " + out + ": 3 kind(s) of warning, an error with --strict; nothing written\n"),
+              std::string::npos)
+        << r.output;
+    EXPECT_TRUE(std::filesystem::is_empty(tmp.path));
+}
+
+TEST(Diagnostics, QuietPrintsNothing) {
+    TTempDir tmp;
+    const std::string out = tmp.path + "/o.rd3";
+    const TCommandResult r = RunCommand(Roadx() + " convert -q " + ShellQuote(kDiag + "rd3_cannot_carry.xml") +
+                                        " " + ShellQuote(kDiag + "surface_numbers.xml") + " -o " + ShellQuote(out) +
+                                        " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.output, "");
+    EXPECT_TRUE(std::filesystem::exists(out));
+}
+
+// The real samples: what the issue counted, as the program now says it.
+TEST(Diagnostics, SampleWithDdMmSsObservations) {
+    const std::string path = roadx::test::DataPath("landxml/c3d2007_lx11_survey_rawobs_ddmmss.xml");
+    bool seen = false;
+    for (const json& w : Warnings(path))
+        if (w.at("kind") == "observation-angle-format") {
+            seen = true;
+            EXPECT_EQ(w.at("count"), 2945);
+            EXPECT_EQ(w.at("line"), 12977);
+        }
+    EXPECT_TRUE(seen);
+}
+
+TEST(Diagnostics, SampleWithDesignCrossSections) {
+    const std::string path = roadx::test::DataPath("landxml/c3d2014_imperial_crosssects_tin.xml");
+    bool seen = false;
+    for (const json& w : Warnings(path))
+        if (w.at("kind") == "design-cross-sect-surf") {
+            seen = true;
+            EXPECT_EQ(w.at("count"), 679);
+        }
+    EXPECT_TRUE(seen);
+}
+
+TEST(GeometryCheck, ToleranceSetsTheThreshold) {
+    const std::string path = kDiag + "geometry_check.xml";
+    const TCommandResult r = RunCommand(Roadx() + " info --json --tolerance 1 " + ShellQuote(path) + " 2>/dev/null");
+    ASSERT_EQ(r.exitCode, 0);
+    const json s = json::parse(r.output);
+    std::vector<std::string> kinds;
+    for (const json& w : s.at("warnings")) kinds.push_back(w.at("kind"));
+    // The 0.5 m gap is within 1 m; the 141 m are not.
+    EXPECT_EQ(kinds, std::vector<std::string>{"plan-end-mismatch"});
+}
+
+// Every sample of tests/data/landxml that states End points: the elements
+// whose computed end lies more than 1 mm from the file's End (count, first
+// element, first and largest distance, cause). The others have none.
+struct TSampleCheck {
+    const char* file;
+    int count;  // 0: no finding
+    int line;
+    const char* element;
+    const char* message;
+};
+
+class GeometryCheckSamples : public ::testing::TestWithParam<TSampleCheck> {};
+
+TEST_P(GeometryCheckSamples, FindingsPinned) {
+    const TSampleCheck& c = GetParam();
+    const std::string path = roadx::test::DataPath(std::string("landxml/") + c.file);
+    const TCommandResult r = RunCommand(Roadx() + " info --json --yes " + ShellQuote(path) + " 2>/dev/null");
+    ASSERT_EQ(r.exitCode, 0);
+    int found = 0;
+    const json s = json::parse(r.output);
+    for (const json& w : s.at("warnings")) {
+        EXPECT_NE(w.at("kind"), "plan-gap-in-file") << w.dump();
+        if (w.at("kind") != "plan-end-mismatch") continue;
+        ++found;
+        EXPECT_EQ(w.at("count"), c.count);
+        EXPECT_EQ(w.at("line"), c.line);
+        EXPECT_EQ(w.at("element"), c.element);
+        EXPECT_EQ(w.at("message"), c.message);
+    }
+    EXPECT_EQ(found, c.count > 0 ? 1 : 0);
+}
+
+const TSampleCheck kSampleChecks[] = {
+    {"aplitop_grads_spiral_chain.xml", 0, 0, "", ""},
+    {"aplitop_grads_spirals_paracurve.xml", 0, 0, "", ""},
+    {"c3d2014_imperial_crosssects_tin.xml", 0, 0, "", ""},
+    {"c3d2020_alignment_spirals_tr.xml", 1, 15,
+     "Alignments / Alignment \"K1 A Kolu\" (station 0.) / CoordGeom / Spiral 1",
+     "the computed end lies 0.024 m from the file's End"},
+    {"c3d2023_imperial_alignment_paracurve.xml", 0, 0, "", ""},
+    {"carlson2014_lx11_ussft_crosssects_tin.xml", 15, 3476,
+     "Alignments / Alignment \"TROUT RUN ROAD\" (station 0.000000) / CoordGeom \"TROUT RUN ROAD\" / Curve 1",
+     "the computed end lies 21.626 m from the file's End (largest 141.767 m at Alignments / Alignment \"TROUT RUN "
+     "ROAD\" (station 0.000000) / CoordGeom \"TROUT RUN ROAD\" / Line 2); likely cause: no directionUnit: the "
+     "file's directions were not read"},
+    {"divcibare_lx10_spirals_paracurve_tin.xml", 0, 0, "", ""},
+    {"inframodel_3dwin_grads_circcurve.xml", 15, 23,
+     "Alignments \"M3_RS\" / Alignment \"M3_RS - CL\" (station 0.000000) / CoordGeom / Line 1 (station 0.000000)",
+     "the computed end lies 65.450 m from the file's End (largest 353.939 m at Alignments \"M3_RS\" / Alignment "
+     "\"M3_RS - CL\" (station 0.000000) / CoordGeom / Curve 7 (station 1027.054571)); likely cause: the file's "
+     "directions fit angles counter-clockwise from north, not the way grads are read"},
+    {"ldt2005_lx11_subdivision_profiles_pipes_tin.xml", 19, 2921,
+     "Alignments / Alignment \"loop\" (station 0.000000) / CoordGeom / Line 4",
+     "the computed end lies 3.991 m from the file's End (largest 6.541 m at Alignments / Alignment \"loop\" "
+     "(station 0.000000) / CoordGeom / Line 13); likely cause: the Line has no dir: its direction is the running "
+     "direction of the element before it, not its Start to End"},
+    {"novapoint_inframodel_circcurve_profile.xml", 7, 24,
+     "Alignments \"Geometriat\" / Alignment \"Sammalniementie_u\" (station 0.000000) / CoordGeom / Line 1 "
+     "(station 0.000000)",
+     "the computed end lies 323.869 m from the file's End; likely cause: the file's directions fit azimuths from "
+     "north (clockwise), not the way decimal degrees are read"},
+    {"ord_ussurveyfoot_alignment_paracurve.xml", 0, 0, "", ""},
+};
+
+std::string SampleName(const ::testing::TestParamInfo<TSampleCheck>& i) { return TestName(i.param.file); }
+
+INSTANTIATE_TEST_SUITE_P(Samples, GeometryCheckSamples, ::testing::ValuesIn(kSampleChecks), SampleName);
+
+// info: units as read, extents (northing/easting swapped into x/y by hand
+// from the file), cross-section codes, one block per input file.
+TEST(Info, UnitsExtentsAndOneBlockPerFile) {
+    const std::string a = kDiag + "info_blocks.xml";
+    const std::string b = kDiag + "alignment_rules.xml";
+    const TCommandResult r =
+        RunCommand(Roadx() + " info --json -q " + ShellQuote(a) + " " + ShellQuote(b) + " 2>/dev/null");
+    ASSERT_EQ(r.exitCode, 0);
+    const json s = json::parse(r.output);
+    ASSERT_EQ(s.at("files").size(), 2u);
+    const json& f = s["files"][0];
+    EXPECT_EQ(f["file"], a);
+    EXPECT_EQ(f["units"]["system"], "Metric");
+    EXPECT_EQ(f["units"]["directionUnitReadAs"], "grads (azimuth from north, clockwise)");
+    EXPECT_EQ(f["surfaces"][0]["extent"], json::array({2000.0, 1000.0, 40.0, 2100.0, 1100.0, 45.0}));
+    EXPECT_EQ(f["pointGroups"][0]["extent"], json::array({2000.0, 1000.0, 50.0, 2030.0, 1010.0, 52.5}));
+    EXPECT_EQ(f["roads"][0]["extent"], json::array({2000.0, 1000.0, 44.0, 2100.0, 1000.0, 46.0}));
+    EXPECT_EQ(f["crossSectionSurfaces"], json::parse(R"([{"surface":"Ground","sectionCode":"Ground"}])"));
+    EXPECT_TRUE(f["warnings"].empty());
+    const json& g = s["files"][1];
+    EXPECT_EQ(g["units"]["linearUnit"], "foot");
+    EXPECT_EQ(g["units"]["lengthsReadAs"], "US survey foot (0.3048006096012 m)");
+    EXPECT_EQ(g["roads"].size(), 2u);
+    // Its 7 kinds of data left out or changed and the geometry check's
+    // finding on "Back" (its curve starts at (0, 0)).
+    EXPECT_EQ(g["warnings"].size(), 8u);
+    EXPECT_EQ(s["warnings"].size(), 8u);
+    // The document's extent spans both files: the second file's road
+    // "Back" runs from (0, 0) east, its curve starts at (0, 0).
+    const json& e = s["extent"];
+    EXPECT_EQ(e[0], 0.0);
+    EXPECT_EQ(e[5], 52.5);
+}
+
+}  // namespace
