@@ -41,7 +41,8 @@ TExchangeStatus ChooseCrs(const TGisRequest& r, TCrsChoice& out) {
         vesk::diag::TRecord rec;
         rec.kind = "gis-no-crs";
         rec.file = r.path;
-        rec.message = "the inputs state no coordinate system and no --crs was given: written without one";
+        rec.message = "output without a coordinate system (the inputs state none and no --crs was given)";
+        rec.instead = "written without one";
         vesk::diag::Report(r.sink, std::move(rec));
         return TExchangeStatus::Ok();
     }
