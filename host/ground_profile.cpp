@@ -36,20 +36,18 @@ public:
     void Add(double prog, double z) {
         if (!out_.empty() && vesk::IsDefined(out_.back().z) && out_.back().prog == prog) return;
         out_.push_back({prog, z});
-        open_ = true;
     }
     void Gap(double prog) {
-        if (open_) out_.push_back({prog, vesk::kUndefined});
-        open_ = false;
+        if (out_.empty() || vesk::IsDefined(out_.back().z)) out_.push_back({prog, vesk::kUndefined});
     }
+    // A line that never meets the surface has no ground at all.
     std::vector<TGroundVrt> Take() {
-        while (!out_.empty() && !vesk::IsDefined(out_.back().z)) out_.pop_back();
+        if (out_.size() == 1 && !vesk::IsDefined(out_[0].z)) out_.clear();
         return std::move(out_);
     }
 
 private:
     std::vector<TGroundVrt> out_;
-    bool open_ = false;
 };
 
 // The part of the segment P(t) = a + t·(b - a), t in [0,1], inside a
@@ -126,7 +124,7 @@ void SampleSegment(const CDtmGrid& grid, double ax, double ay, double pa, double
 std::vector<TGroundVrt> SampleGround(const std::vector<const CPlaniElem*>& elems, const CDtmGrid& grid,
                                      double chordTol) {
     CGroundOut out;
-    if (grid.Empty()) return out.Take();
+    if (grid.Empty()) return {};
     std::vector<double> cuts;
     for (const CPlaniElem* e : elems) {
         if (!e) continue;
