@@ -65,7 +65,7 @@ var links=document.querySelectorAll('nav a[data-view]');
 function show(id){document.querySelectorAll('section.view').forEach(function(s){s.hidden=s.id!==id;});
 links.forEach(function(a){a.className=a.dataset.view===id?'on':'';});}
 links.forEach(function(a){a.addEventListener('click',function(e){e.preventDefault();show(a.dataset.view);});});
-show('plan');
+var first=location.hash.slice(1);show(document.getElementById(first)&&first!=='toc'?first:'plan');
 })();
 )";
 

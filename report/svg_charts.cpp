@@ -118,7 +118,7 @@ std::string ProfileSvg(const TRoadView& r) {
 
 std::string SectionSvg(const TSectionView& s) {
     TChart c;
-    c.pad = 28;
+    c.pad = 40;
     for (const TLineView& l : s.lines)
         for (const auto& run : l.runs)
             for (const auto& p : run) c.Take(p.x, p.y);
@@ -128,7 +128,10 @@ std::string SectionSvg(const TSectionView& s) {
                     Fx(c.h) + "\"><title>" + Esc(s.name) + " " + display::FormatChainage(s.prog) + "</title>";
     o += Grid(c, false);
     if (!s.dtm.empty()) o += "<path class=\"dtm\" d=\"" + GroundPath(c, s.dtm) + "\"><title>surface</title></path>";
+    static const char* const kColours[] = {"#c22", "#15c", "#a3c", "#e80", "#088", "#555"};
     int k = 0;
+    std::string legend;
+    double lx = c.pad;
     for (const TLineView& l : s.lines) {
         std::string d;
         for (const auto& run : l.runs) {
@@ -138,9 +141,14 @@ std::string SectionSvg(const TSectionView& s) {
                 first = false;
             }
         }
+        const std::string colour = l.terrain ? "#6b4" : kColours[k % 6];
         o += "<path class=\"" + std::string(l.terrain ? "terrain" : "line c" + std::to_string(k++ % 6)) +
              "\" d=\"" + d + "\"><title>" + Esc(l.code) + "</title></path>";
+        legend += "<text x=\"" + Fx(lx) + "\" y=\"14\" fill=\"" + colour + "\">" + Esc(l.code) + "</text>";
+        lx += 10 + 7.0 * double(l.code.size());
     }
+    if (!s.dtm.empty()) legend += "<text x=\"" + Fx(lx) + "\" y=\"14\" fill=\"#8a6\">surface</text>";
+    o += "<g class=\"legend\" font-size=\"12\">" + legend + "</g>";
     o += "<text x=\"" + Fx(c.w - c.pad) + "\" y=\"14\" text-anchor=\"end\">×" + Fx(c.exag, 1) + "</text></svg>";
     return o;
 }
