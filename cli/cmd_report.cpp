@@ -20,11 +20,12 @@ struct ReportArgs {
     ExportOptions exp;
 };
 
-// The surface that --terrain names, for roads that came without a terrain
-// link (RD3 roads, or a surface from another file).
+// The ground of roads that came without a terrain link (RD3 roads, a
+// surface from another file, no --terrain): the surface --terrain names, or
+// else the document's only surface.
 const CDtmPrj* FindTerrain(CVantriDoc& doc, const std::string& name) {
-    if (name.empty()) return nullptr;
     CLibDtm* dtm = doc.GetLibDtm();
+    if (name.empty()) return dtm->GetNoPrj() == 1 ? dtm->GetPrj(0) : nullptr;
     for (unsigned i = 0; i < dtm->GetNoPrj(); ++i)
         if (dtm->GetPrj(i)->GetName() == name) return dtm->GetPrj(i);
     throw CliError(kExitBadInput, "--terrain " + name + ": no surface of that name was imported");

@@ -83,12 +83,28 @@ TEST_F(ReportTest, RoadWithTerrainHasGroundAndEverySection) {
 }
 
 TEST_F(ReportTest, RoadWithoutTerrainHasNoGround) {
-    const std::string page = Report(ShellQuote(roadx::test::SourcePath("samples/road.xml")));
+    const std::string page = Report(Data("landxml/aplitop_grads_spirals_paracurve.xml"));
     ExpectSelfContained(page);
     const json d = ReportData(page);
     ASSERT_EQ(d.at("roads").size(), 1u);
+    EXPECT_TRUE(d.at("surfaces").empty());
     EXPECT_TRUE(d["roads"][0].at("ground_profile").empty());
+    EXPECT_EQ(d["roads"][0].at("pvis").size(), 4u);
+    EXPECT_FALSE(d["roads"][0].at("design_profile").empty());
+    EXPECT_EQ(Count(page, "class=\"axis\""), 1u);
+    EXPECT_EQ(Count(page, "class=\"pvi\""), 4u);
+    EXPECT_EQ(Count(page, "class=\"curve-label\""), 2u);
     EXPECT_NE(Count(page, "(no ground)"), 0u);
+}
+
+// Without --terrain the document's only surface is the ground: the same
+// profile as with it.
+TEST_F(ReportTest, OnlySurfaceIsTheDefaultGround) {
+    const json with = ReportData(Report(ShellQuote(roadx::test::SourcePath("samples/road.xml")), "--terrain EG"));
+    const json without = ReportData(Report(ShellQuote(roadx::test::SourcePath("samples/road.xml"))));
+    EXPECT_FALSE(without["roads"][0].at("ground_profile").empty());
+    EXPECT_EQ(with["roads"][0].at("ground_profile"), without["roads"][0].at("ground_profile"));
+    EXPECT_EQ(with["roads"][0].at("sections"), without["roads"][0].at("sections"));
 }
 
 TEST_F(ReportTest, SurfaceWithoutRoads) {
