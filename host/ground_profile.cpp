@@ -36,9 +36,24 @@ public:
     void Add(double prog, double z) {
         if (!out_.empty() && vesk::IsDefined(out_.back().z) && out_.back().prog == prog) return;
         out_.push_back({prog, z});
+        lastTri_ = nullptr;
+    }
+    // The part of one chord over one triangle. Inside a chord, two parts
+    // over the same triangle lie on one straight line: the vertex between
+    // them (a cut of the chord into grid-sized pieces) is dropped.
+    void AddPart(double p0, double z0, double p1, double z1, const TTriPlane* tri, bool insideChord) {
+        if (insideChord && tri == lastTri_ && !out_.empty() && out_.back().prog == p0 && out_.size() >= 2 &&
+            vesk::IsDefined(out_[out_.size() - 2].z)) {
+            out_.back() = {p1, z1};
+            return;
+        }
+        Add(p0, z0);
+        Add(p1, z1);
+        lastTri_ = tri;
     }
     void Gap(double prog) {
         if (out_.empty() || vesk::IsDefined(out_.back().z)) out_.push_back({prog, vesk::kUndefined});
+        lastTri_ = nullptr;
     }
     // A line that never meets the surface has no ground at all.
     std::vector<TGroundVrt> Take() {
@@ -48,6 +63,7 @@ public:
 
 private:
     std::vector<TGroundVrt> out_;
+    const TTriPlane* lastTri_ = nullptr;  // the triangle of the last part added
 };
 
 // The part of the segment P(t) = a + t·(b - a), t in [0,1], inside a
@@ -113,8 +129,8 @@ void SampleSegment(const CDtmGrid& grid, double ax, double ay, double pa, double
                 out.Gap(prog0);
                 continue;
             }
-            out.Add(prog0, CDtmGrid::ZAt(*hit, x0 + px * u0, y0 + py * u0));
-            out.Add(prog1, CDtmGrid::ZAt(*hit, x0 + px * u1, y0 + py * u1));
+            out.AddPart(prog0, CDtmGrid::ZAt(*hit, x0 + px * u0, y0 + py * u0), prog1,
+                        CDtmGrid::ZAt(*hit, x0 + px * u1, y0 + py * u1), hit, g0 > 0.0);
         }
     }
 }
