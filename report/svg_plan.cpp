@@ -155,7 +155,12 @@ void Road(std::string& o, const TMap& m, const TRoadView& r, double size) {
             dx /= l, dy /= l;
             const double h = fs * 0.6;
             ticks += "M" + m.P(x + dy * h, y - dx * h) + "L" + m.P(x - dy * h, y + dx * h);
-            labels += "<text x=\"" + Fx(x + dy * h * 1.5 - m.ox, 3) + "\" y=\"" + Fx(m.oy - (y - dx * h * 1.5), 3) +
+            // An element boundary near the tick already names its station.
+            const bool crowded = std::any_of(r.elems.begin(), r.elems.end(), [&](const TElemView& e) {
+                return std::fabs(e.startProg - s) < step * 0.3;
+            });
+            if (!crowded)
+                labels += "<text x=\"" + Fx(x + dy * h * 1.5 - m.ox, 3) + "\" y=\"" + Fx(m.oy - (y - dx * h * 1.5), 3) +
                       "\" font-size=\"" + Fx(fs * 0.8, 3) + "\">" + display::FormatChainage(s) + "</text>";
         }
     }
