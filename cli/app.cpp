@@ -25,6 +25,7 @@ int Run(int argc, char** argv) {
     auto setRun = [&run](std::function<int()> f) { run = std::move(f); };
     AddInfoCommand(app, setRun);
     AddConvertCommand(app, setRun);
+    AddReportCommand(app, setRun);
     try {
         app.parse(argc, argv);
     } catch (const CLI::Success& e) {

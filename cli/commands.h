@@ -11,5 +11,6 @@ using SetRun = std::function<void(std::function<int()>)>;
 
 void AddInfoCommand(CLI::App& app, SetRun setRun);
 void AddConvertCommand(CLI::App& app, SetRun setRun);
+void AddReportCommand(CLI::App& app, SetRun setRun);
 
 }  // namespace roadx::cli

@@ -3,6 +3,7 @@
 #pragma once
 #include <vector>
 
+#include "host/ground_profile.h"
 #include "vesk/string.h"
 #include "vesk/undefined.h"
 
@@ -54,6 +55,11 @@ public:
 
     void SetDtmPrj(CDtmPrj* prj) { dtm_ = prj; }
     CDtmPrj* GetDtmPrj() const { return dtm_; }
+    // The ground sampled from the linked DTM project by the road's Recalc,
+    // kept beside the line's own vertices: exports and drawings, which read
+    // the vertices, stay as they were.
+    const std::vector<TGroundVrt>& GetGround() const { return ground_; }
+    void SetGround(std::vector<TGroundVrt> g) { ground_ = std::move(g); }
 
     // Host-side editing (the builder and tests use these).
     TAltiVrt& AddVrt(const TAltiVrt& v);
@@ -67,6 +73,7 @@ private:
     bool terr_;
     CDtmPrj* dtm_ = nullptr;
     std::vector<TAltiVrt> vrts_;
+    std::vector<TGroundVrt> ground_;
 };
 
 // Elevation of a line at a chainage: linear between principal vertices,

@@ -5,6 +5,7 @@
 #include <memory>
 #include <vector>
 
+#include "host/dtm_grid.h"
 #include "host/target_drawing.h"
 #include "vesk/source_event.h"
 #include "vesk/geom.h"
@@ -102,12 +103,18 @@ public:
     const CCnts* GetCntsExt() const { return &cntsExt_; }
     const CTris* GetTris() const { return &tris_; }
 
+    // The spatial index of the triangulation, made on first use and made
+    // again when the triangulation has grown or shrunk since.
+    const CDtmGrid& GetGrid() const;
+
 private:
     vesk::String name_;
     CVncs vncs_;
     CCnts cntsInt_;
     CCnts cntsExt_;
     CTris tris_;
+    mutable std::unique_ptr<CDtmGrid> grid_;
+    mutable size_t gridVerts_ = 0, gridTris_ = 0;
 };
 
 class CLibDtm {

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "host/dtm.h"
+#include "host/ground_profile.h"
+
 CRoad::CRoad(CLibRoad* lib, CLibProfile* libProfile, const vesk::String& name, double startProg)
     : lib_(lib), name_(name), startProg_(startProg), profile_(this, libProfile) {}
 
@@ -23,6 +26,20 @@ std::vector<CPlaniElem*> CRoad::RetrieveLinkedPlaniElems() const {
 void CRoad::Recalc() {
     if (opzRecalc_.IsBlockRecalc()) return;
     ++recalcCount_;
+    SampleTerrain();
+}
+
+void CRoad::SampleTerrain() {
+    CProfileAlti* terr = profile_.GetTerrAlti();
+    if (!terr) return;
+    const CDtmPrj* prj = terr->GetDtmPrj();
+    if (!prj) {
+        terr->SetGround({});
+        return;
+    }
+    std::vector<const CPlaniElem*> elems;
+    for (const auto& l : links_) elems.push_back(l->GetElem());
+    terr->SetGround(SampleGround(elems, prj->GetGrid()));
 }
 
 void CRoad::AppendElem(CPlaniElem* elem) {

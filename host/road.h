@@ -60,8 +60,10 @@ public:
     int GetNumSections() const { return profile_.GetNumSections(); }
     CProfile* GetSection(int i) { return profile_.GetSection(i); }
     COpzRoadRecalc* GetOpzRoadRecalc() { return &opzRecalc_; }
-    // Recalculation: checks the chain's continuity and counts the runs; it
-    // does nothing while recalculation is blocked.
+    // Recalculation: counts the runs and, when the terrain line is linked to
+    // a DTM project, samples the ground along the axis into the terrain
+    // line's ground (CProfileAlti::GetGround); it does nothing while
+    // recalculation is blocked.
     void Recalc();
     int GetRecalcCount() const { return recalcCount_; }
     bool GetImportFlag() const { return importFlag_; }
@@ -72,6 +74,8 @@ public:
     void ClearPlani() { links_.clear(); }
 
 private:
+    void SampleTerrain();
+
     CLibRoad* lib_;
     vesk::String name_;
     double startProg_;

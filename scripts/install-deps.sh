@@ -9,10 +9,10 @@ cd "$(dirname "$0")/.."
 # Building roadx (GDAL writes the GIS outputs).
 build="cmake ninja-build g++ pkg-config libpugixml-dev libcli11-dev nlohmann-json3-dev libgdal-dev"
 # Tests and benchmarks; independent readers of what roadx writes (ezdxf,
-# GDAL's ogrinfo and Python bindings, PROJ's pyproj, xmllint); clang for the
-# fuzz targets.
+# GDAL's ogrinfo and Python bindings, PROJ's pyproj, xmllint; a headless
+# Chromium opens the HTML reports); clang for the fuzz targets.
 test="libgtest-dev libgmock-dev googletest libbenchmark-dev clang libclang-rt-14-dev
-libxml2-utils python3 python3-ezdxf python3-matplotlib gdal-bin python3-gdal python3-pyproj"
+libxml2-utils python3 python3-ezdxf python3-matplotlib gdal-bin python3-gdal python3-pyproj chromium"
 
 case "${1:-}" in
   "") pkgs=$build ;;
