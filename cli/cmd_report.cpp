@@ -8,7 +8,6 @@
 #include "cli/summary.h"
 #include "host/document.h"
 #include "report/report.h"
-#include "vesk/diagnostics.h"
 
 namespace roadx::cli {
 
@@ -34,15 +33,12 @@ const CDtmPrj* FindTerrain(CVantriDoc& doc, const std::string& name) {
 int RunReport(ReportArgs& a) {
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
-    // The import does not report diagnostics through a sink yet: the page's
-    // warnings stay empty until it does.
-    vesk::diag::CSink sink;
     report::TReportInput in;
     in.inputs = a.files;
     in.summary = DocumentSummary(session.Doc());
     in.summaryText = SummaryText(in.summary);
     in.terrain = FindTerrain(session.Doc(), a.imp.terrain);
-    const TExchangeStatus st = report::WriteReport(session.Doc(), a.exp.output, in, sink);
+    const TExchangeStatus st = report::WriteReport(session.Doc(), a.exp.output, in, session.Diagnostics());
     if (!st.ok()) throw CliError(kExitBadInput, a.exp.output + ": " + st.message);
     return 0;
 }

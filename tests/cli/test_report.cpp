@@ -122,8 +122,24 @@ TEST_F(ReportTest, SurfaceWithoutRoads) {
     EXPECT_NE(Count(page, "<p>No roads.</p>"), 0u);
 }
 
+// The import's diagnostics are the page's warnings, as records.
+TEST_F(ReportTest, WarningsAreTheImportsDiagnostics) {
+    const json d = ReportData(Report(Data("landxml/diag/surface_numbers.xml"), "-q"));
+    const json& w = d.at("warnings");
+    ASSERT_TRUE(w.is_array());
+    const json* numbers = nullptr;
+    for (const json& r : w)
+        if (r.at("kind") == "number-not-read") numbers = &r;
+    ASSERT_NE(numbers, nullptr) << w.dump();
+    EXPECT_EQ(numbers->at("count"), 2);
+    EXPECT_EQ(numbers->at("line"), 8);
+    EXPECT_EQ(numbers->at("element"), "Surfaces / Surface \"G\" / Definition / Pnts / P 1");
+    EXPECT_EQ(numbers->at("severity"), "warning");
+    EXPECT_NE(numbers->at("file").get<std::string>().find("surface_numbers.xml"), std::string::npos);
+}
+
 TEST_F(ReportTest, PointsOnly) {
-    const std::string page = Report(Data("landxml/lx2_points_surveys_gps.xml"));
+    const std::string page = Report(Data("landxml/lx2_points_surveys_gps.xml"), "-q");  // the file warns of a lost target
     ExpectSelfContained(page);
     const json d = ReportData(page);
     EXPECT_TRUE(d.at("roads").empty());
