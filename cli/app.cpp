@@ -1,7 +1,9 @@
 #include "cli/app.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 #include "cli/commands.h"
@@ -36,10 +38,7 @@ int Run(int argc, char** argv) {
     return run ? run() : kExitUsage;
 }
 
-}  // namespace
-
-// The program's one top-level catch.
-int Main(int argc, char** argv) {
+int RunCaught(int argc, char** argv) {
     try {
         return Run(argc, argv);
     } catch (const CliError& e) {
@@ -53,5 +52,21 @@ int Main(int argc, char** argv) {
         return kExitInternal;
     }
 }
+
+// What went to standard output (info, --trace -) must have arrived: a
+// failed write or flush there is an error like any other output's.
+int CheckStandardOutput(int code) {
+    errno = 0;
+    const bool flushed = std::fflush(stdout) == 0;
+    if (flushed && !std::ferror(stdout)) return code;
+    const int err = errno ? errno : EIO;
+    std::fprintf(stderr, "roadx: standard output: cannot write: %s\n", strerrordesc_np(err));
+    return code == kExitOk ? kExitBadInput : code;
+}
+
+}  // namespace
+
+// The program's one top-level catch.
+int Main(int argc, char** argv) { return CheckStandardOutput(RunCaught(argc, argv)); }
 
 }  // namespace roadx::cli

@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <cstdio>
 
+#include "cli/checks.h"
 #include "cli/commands.h"
 #include "cli/session.h"
 #include "cli/summary.h"
@@ -43,6 +44,8 @@ std::string CrsText(const nlohmann::json& crs) {
 }
 
 int RunInfo(InfoArgs& a) {
+    CheckSectionCodeSyntax(a.imp.sectionCodes);
+    CheckNoInputReplaced(a.files, "", a.imp.trace);
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
     nlohmann::json s = DocumentSummary(session.Doc());
@@ -50,6 +53,7 @@ int RunInfo(InfoArgs& a) {
     const std::string text = a.json ? s.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n"
                                     : SummaryText(s) + CrsText(s["crs"]);
     std::fwrite(text.data(), 1, text.size(), stdout);
+    session.CloseTrace();
     return 0;
 }
 
