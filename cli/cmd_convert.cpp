@@ -47,7 +47,8 @@ struct ConvertArgs {
 
 int RunConvert(ConvertArgs& a) {
     // Everything that can be refused is refused before any file is read
-    // or written.
+    // or written; an output that would replace an input first of all.
+    CheckNoInputReplaced(a.files, a.exp.output, a.imp.trace);
     const exchange::TFormat* out = exchange::OutputFormat(a.exp.output, a.exp.to);
     if (!out)
         throw CliError(kExitUsage, a.exp.output + ": cannot tell the output format from the name; use --to " +
@@ -57,7 +58,6 @@ int RunConvert(ConvertArgs& a) {
     CheckSectionCodeSyntax(a.imp.sectionCodes);
     const bool contourGiven = std::find(a.given.begin(), a.given.end(), "--contour-interval") != a.given.end();
     if (contourGiven) a.exp.contourInterval = ParseContourInterval(a.contourText);
-    CheckNoInputReplaced(a.files, a.exp.output, a.imp.trace);
 
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
