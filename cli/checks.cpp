@@ -84,7 +84,10 @@ void CheckToMatchesName(const std::string& output, const std::string& to) {
                                    (byTo ? byTo->name : to.c_str()) + "; rename the output or leave --to out");
 }
 
-std::string NameList(const std::vector<std::string>& names) {
+std::string NameList(const std::vector<std::string>& all) {
+    std::vector<std::string> names;  // each once, in order
+    for (const std::string& n : all)
+        if (!Contains(names, n)) names.push_back(n);
     std::string out;
     for (size_t i = 0; i < names.size() && i < kListedNames; ++i) out += (i == 0 ? "" : ", ") + Quoted(names[i]);
     if (names.size() > kListedNames) out += " and " + std::to_string(names.size() - kListedNames) + " more";
