@@ -136,7 +136,8 @@ TEST_F(CliChecks, AnOptionTheOutputFormatDoesNotUseIsRefused) {
     ExpectRefused({"convert", kRoad, "--dxf-version", "R12"}, "a.xml",
                   "--dxf-version does not apply to LandXML output; it applies to DXF and DWG output");
     ExpectRefused({"convert", kRoad, "--contour-interval", "2"}, "a.rd3",
-                  "--contour-interval does not apply to RD3 output; it applies to DXF and DWG output");
+                  "--contour-interval does not apply to RD3 output; it applies to DXF, DWG, GeoPackage, GeoJSON, "
+                  "Shapefile and FlatGeobuf output");
     ExpectRefused({"convert", kRoad, "--no-clouds"}, "a.xml",
                   "--no-clouds does not apply to LandXML output; it applies to DXF and DWG output");
     // Where they apply they are taken.
