@@ -34,10 +34,11 @@ std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt
     return AssembleFile(c);
 }
 
-int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, const std::string& path) {
+int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, const std::string& path,
+             std::string* error) {
     if (opt.version == ZEDRA_DXFDWG_VER_R12) return kSaveDwgUnsupported;
     if (opt.version != ZEDRA_DXFDWG_VER_R2000) return kSaveBadVersion;
-    return WriteFileBytes(path, BuildDwg(eng, opt, saveVars));
+    return WriteFileBytes(path, BuildDwg(eng, opt, saveVars), error);
 }
 
 }  // namespace roadx::cad::dwg

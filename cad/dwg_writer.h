@@ -16,7 +16,9 @@ std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt
 
 // saveVars: write the engine's drawing variables, not the defaults of a new
 // drawing. Returns a roadx::cad::kSave... result: kSaveDwgUnsupported (nothing
-// written) for R12, the only other version the engine knows.
-int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, const std::string& path);
+// written) for R12, the only other version the engine knows. error (when
+// given) says in words why the file could not be created or written.
+int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, const std::string& path,
+             std::string* error = nullptr);
 
 }  // namespace roadx::cad::dwg

@@ -4,8 +4,6 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "cad/dxf_text.h"
@@ -34,17 +32,10 @@ char* FormatReal(char* p, double v) {
     return EnsureReal(p, r.ptr);
 }
 
-CDxfOut::~CDxfOut() {
-    if (fd_ >= 0) ::close(fd_);
-}
-
 int CDxfOut::Open(const std::string& path) {
     if (path.empty()) return result_ = kSaveNotAllowed;
-    fd_ = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
-    if (fd_ < 0) return result_ = OpenErrorResult(errno);
-    struct stat st {};
-    regular_ = ::fstat(fd_, &st) == 0 && S_ISREG(st.st_mode);
-    path_ = path;
+    if (!file_.Open(path)) return result_ = OpenErrorResult(file_.ErrorNumber());
+    fd_ = file_.Fd();
     buf_.resize(kBufSize);
     used_ = 0;
     return result_ = kSaveOk;
@@ -52,6 +43,7 @@ int CDxfOut::Open(const std::string& path) {
 
 void CDxfOut::SetError(int err) {
     if (result_ == 0) result_ = WriteErrorResult(err);
+    file_.SetWriteError(err);
 }
 
 void CDxfOut::Flush() {
@@ -63,7 +55,7 @@ void CDxfOut::Flush() {
         const ssize_t n = ::write(fd_, p, left);
         if (n < 0 && errno == EINTR) continue;
         if (n < 0) { SetError(errno); return; }
-        if (n == 0) { result_ = kSaveDiskFull; return; }  // a short write that makes no progress
+        if (n == 0) { SetError(ENOSPC); return; }  // a short write that makes no progress
         p += n;
         left -= static_cast<size_t>(n);
     }
@@ -72,10 +64,10 @@ void CDxfOut::Flush() {
 int CDxfOut::Close() {
     if (fd_ < 0) return result_;
     Flush();
-    if (::close(fd_) != 0 && result_ == 0) result_ = kSaveDiskFull;  // data lost on close
     fd_ = -1;
-    // A truncated drawing is worse than none; devices are left alone.
-    if (result_ != 0 && regular_) ::unlink(path_.c_str());
+    // A failed write, flush or close removes the temporary: a truncated
+    // drawing never replaces a good one.
+    if (!file_.Commit() && result_ == 0) result_ = WriteErrorResult(file_.ErrorNumber());
     return result_;
 }
 

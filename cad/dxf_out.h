@@ -1,6 +1,8 @@
 // CDxfOut: the group stream of a drawing file, written through one large
-// buffer straight to a file descriptor, so that the result of every write
-// (disk full, not allowed) is known exactly. Numbers are formatted with
+// buffer straight to the descriptor of a temporary file beside the target
+// (vesk::CAtomicFile), so that the result of every write (disk full, not
+// allowed) is known exactly and a failed save leaves an older file of the
+// target's name as it was. Numbers are formatted with
 // std::to_chars: coordinates in the shortest text that reads back as the
 // same double, never depending on the locale.
 #pragma once
@@ -10,22 +12,26 @@
 #include <vector>
 
 #include "cad/dxf_text.h"
+#include "vesk/atomic_file.h"
 
 namespace roadx::cad::dxf {
 
 class CDxfOut {
 public:
     CDxfOut() = default;
-    ~CDxfOut();
     CDxfOut(const CDxfOut&) = delete;
     CDxfOut& operator=(const CDxfOut&) = delete;
 
-    // Creates or truncates path. Returns a roadx::cad::kSave... result.
+    // Creates the temporary for path. Returns a roadx::cad::kSave... result.
     int Open(const std::string& path);
-    // Flushes and closes; a failure of any write so far, of the flush or of
-    // the close is the result. A regular file that failed is removed.
+    // Flushes, closes and renames the temporary over path; a failure of any
+    // write so far, of the flush or of the close is the result, and then the
+    // temporary is removed and path left as it was.
     int Close();
     bool Failed() const { return result_ != 0; }
+    // Why the file could not be created or written, in words, without the
+    // path ("cannot create: No such file or directory"); "" when it was.
+    const std::string& Error() const { return file_.Error(); }
 
     void Str(int code, std::string_view value);
     // Encodes UTF-8 text with dxf::AppendDxfText.
@@ -48,9 +54,8 @@ private:
     void Flush();
     void SetError(int err);
 
+    vesk::CAtomicFile file_;
     int fd_ = -1;
-    bool regular_ = false;
-    std::string path_;
     std::vector<char> buf_;
     size_t used_ = 0;
     int result_ = 0;

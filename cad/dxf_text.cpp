@@ -82,9 +82,10 @@ std::string SanitizeTableName(std::string_view utf8) {
     for (size_t i = 0; i < utf8.size();) {
         uint32_t cp = 0;
         const size_t len = DecodeUtf8(utf8, i, cp);
-        // Readers compare table names as written and do not decode escapes,
-        // so a character the code page lacks (or a broken byte) becomes '_'.
-        if (len == 0 || (cp >= 0x80 && ToCp1252(cp) == 0)) {
+        // A character the code page lacks is kept: it is written as a
+        // \U+XXXX escape, which readers decode, so that every name survives
+        // and different names stay different. Only a broken byte becomes '_'.
+        if (len == 0) {
             out += '_';
             i += len == 0 ? 1 : len;
             continue;

@@ -3,8 +3,8 @@
 // are written in ASCII with every other character as a \U+XXXX escape
 // (UTF-16 code units, so characters beyond U+FFFF take a surrogate pair),
 // which readers of these versions decode. Names (layers, blocks) are
-// compared by readers as they stand, escapes undecoded, so they are written
-// in the code page itself; only characters it lacks become escapes.
+// written in the code page itself where it has the character, and as the
+// same escapes where it has not, so that every name keeps every character.
 #pragma once
 #include <cstdint>
 #include <string>
@@ -26,9 +26,9 @@ std::string EncodeDxfText(std::string_view utf8, EEncoding enc);
 unsigned char ToCp1252(uint32_t cp);
 
 // A table (layer, block) name that readers accept: the characters
-// < > / \ " : ; ? * | = `, control characters, characters code page 1252
-// lacks and broken UTF-8 become '_'; empty becomes "_". The result is still
-// UTF-8; it is encoded when written.
+// < > / \ " : ; ? * | = `, control characters and broken UTF-8 become '_';
+// empty becomes "_". Characters code page 1252 lacks are kept (the writer
+// escapes them). The result is still UTF-8; it is encoded when written.
 std::string SanitizeTableName(std::string_view utf8);
 
 }  // namespace roadx::cad::dxf

@@ -116,11 +116,15 @@ void WriteClasses(CWriteCtx& c) {
     out.Str(0, "ENDSEC");
 }
 
-int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const std::string& path) {
+int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const std::string& path,
+             std::string* error) {
     if (opt.version != ZEDRA_DXFDWG_VER_R12 && opt.version != ZEDRA_DXFDWG_VER_R2000) return kSaveBadVersion;
     const TGraph g = BuildGraph(eng, opt);
     CDxfOut out;
-    if (const int r = out.Open(path); r != kSaveOk) return r;
+    if (const int r = out.Open(path); r != kSaveOk) {
+        if (error) *error = out.Error();
+        return r;
+    }
     CWriteCtx c(out, eng, g);
     WriteHeader(c, saveVars);
     if (g.r2000) WriteClasses(c);
@@ -129,7 +133,9 @@ int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const
     WriteEntities(c);
     if (g.r2000) WriteObjects(c);
     out.Str(0, "EOF");
-    return out.Close();
+    const int r = out.Close();
+    if (error) *error = out.Error();
+    return r;
 }
 
 }  // namespace roadx::cad::dxf

@@ -10,7 +10,9 @@ class CZedraEng;
 namespace roadx::cad::dxf {
 
 // saveVars: write the engine's drawing variables to the header, not only
-// what a reader needs. Returns a roadx::cad::kSave... result.
-int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const std::string& path);
+// what a reader needs. Returns a roadx::cad::kSave... result; error (when
+// given) says in words why the file could not be created or written.
+int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const std::string& path,
+             std::string* error = nullptr);
 
 }  // namespace roadx::cad::dxf

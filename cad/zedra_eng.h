@@ -207,6 +207,10 @@ public:
     // it returns roadx::cad::kSaveDwgUnsupported and writes nothing.
     int SaveFileDWG(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten, bool usedDrawingsOnly,
                     bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing);
+    // Why the last save could not create or write its file, in words and
+    // without the path ("cannot create: No such file or directory"); "" after
+    // a save that wrote its file or failed before creating one.
+    const std::string& GetLastSaveError() const { return lastSaveError_; }
 
 private:
     friend class CZedraEventSentinel;
@@ -228,6 +232,7 @@ private:
     void* transactionManager_;
     bool notify_;
     bool saveVars_ = true;
+    std::string lastSaveError_;
     uint64_t nextHandle_ = 1;
     uint64_t current_ = 0;
 

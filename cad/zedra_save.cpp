@@ -22,16 +22,18 @@ roadx::cad::dxf::TSaveOptions MakeOptions(bool visibleOnly, bool unlockedOnly, b
 
 int CZedraEng::SaveFileDXF(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten,
                            bool usedDrawingsOnly, bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing) {
+    lastSaveError_.clear();
     return roadx::cad::dxf::WriteDxf(
         *this, MakeOptions(visibleOnly, unlockedOnly, flatten, usedDrawingsOnly, r12Handles, ver, drawing), saveVars_,
-        path);
+        path, &lastSaveError_);
 }
 
 // The DWG writer builds the same object graph as the DXF writer and writes
 // it in the binary format of R2000 (AC1015).
 int CZedraEng::SaveFileDWG(const std::string& path, bool visibleOnly, bool unlockedOnly, bool flatten,
                            bool usedDrawingsOnly, bool r12Handles, enumZEDRA_DXFDWG_VER ver, uint64_t drawing) {
+    lastSaveError_.clear();
     return roadx::cad::dwg::WriteDwg(
         *this, MakeOptions(visibleOnly, unlockedOnly, flatten, usedDrawingsOnly, r12Handles, ver, drawing), saveVars_,
-        path);
+        path, &lastSaveError_);
 }

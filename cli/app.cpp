@@ -1,7 +1,9 @@
 #include "cli/app.h"
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 
 #include "cli/commands.h"
@@ -37,10 +39,7 @@ int Run(int argc, char** argv) {
     return run ? run() : kExitUsage;
 }
 
-}  // namespace
-
-// The program's one top-level catch.
-int Main(int argc, char** argv) {
+int RunCaught(int argc, char** argv) {
     try {
         return Run(argc, argv);
     } catch (const CliError& e) {
@@ -54,5 +53,29 @@ int Main(int argc, char** argv) {
         return kExitInternal;
     }
 }
+
+int g_stdoutErrno = 0;  // the reason of the first failed write to standard output
+
+// What went to standard output (info, --trace -) must have arrived: a
+// failed write or flush there is an error like any other output's.
+int CheckStandardOutput(int code) {
+    errno = 0;
+    const bool flushed = std::fflush(stdout) == 0;
+    if (flushed && !std::ferror(stdout)) return code;
+    const int err = g_stdoutErrno ? g_stdoutErrno : errno ? errno : EIO;
+    std::fprintf(stderr, "roadx: standard output: cannot write: %s\n", strerrordesc_np(err));
+    return code == kExitOk ? kExitBadInput : code;
+}
+
+}  // namespace
+
+void WriteStandardOutput(const std::string& text) {
+    errno = 0;
+    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() && !g_stdoutErrno)
+        g_stdoutErrno = errno ? errno : EIO;
+}
+
+// The program's one top-level catch.
+int Main(int argc, char** argv) { return CheckStandardOutput(RunCaught(argc, argv)); }
 
 }  // namespace roadx::cli

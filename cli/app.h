@@ -21,4 +21,8 @@ private:
 
 int Main(int argc, char** argv);
 
+// Writes text to standard output, keeping the reason of the first failure
+// for the check at the end of the program (a later call may clear errno).
+void WriteStandardOutput(const std::string& text);
+
 }  // namespace roadx::cli

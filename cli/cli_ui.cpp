@@ -25,6 +25,11 @@ std::vector<CString> Choose(const std::optional<std::vector<std::string>>& opt, 
     return out;
 }
 
+void Remember(std::vector<std::string>& seen, const std::vector<CString>& names) {
+    for (const auto& n : names)
+        if (!Contains(seen, n)) seen.push_back(n);
+}
+
 }  // namespace
 
 std::string AbsolutePath(const std::string& path) {
@@ -37,6 +42,9 @@ std::string AbsolutePath(const std::string& path) {
 bool CCliUi::DlgImportLandXML(bool, bool, const std::vector<CString>& surfaceNames,
                               const std::vector<CString>& alignmentNames, bool, const std::vector<CString>& xsNames,
                               const std::vector<vesk::String>& sectionCodes, TImportLandXMLResult& r) {
+    Remember(offered_.alignments, alignmentNames);
+    Remember(offered_.surfaces, surfaceNames);
+    Remember(offered_.crossSectSurfs, xsNames);
     r.surfaces = Choose(imp_.surfaces, surfaceNames);
     r.alignments = Choose(imp_.alignments, alignmentNames);
     r.importPoints = !imp_.noPoints;

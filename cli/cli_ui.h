@@ -34,12 +34,21 @@ public:
     // The import dialog may add section codes to this library.
     void SetProfileLibrary(CLibProfile* lib) { lib_ = lib; }
 
+    // Every name the import dialogs offered so far, each once, in the order
+    // seen: what --alignments, --surfaces, --terrain and --section-code may
+    // name.
+    struct TOffered {
+        std::vector<std::string> alignments, surfaces, crossSectSurfs;
+    };
+    const TOffered& Offered() const { return offered_; }
+
 private:
     const ImportOptions& imp_;
     const ExportOptions& exp_;
     std::vector<std::string> messages_;
     std::vector<std::pair<CString, vesk::String>> lastCodes_;
     CLibProfile* lib_ = nullptr;
+    TOffered offered_;
 };
 
 // The save dialog's answer: -o made absolute.

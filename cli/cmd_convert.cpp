@@ -1,9 +1,11 @@
 // roadx convert INPUT... -o OUTPUT: import the inputs into one document, then
 // export it in the format the output names.
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 
 #include "cli/app.h"
+#include "cli/checks.h"
 #include "cli/commands.h"
 #include "cli/convert.h"
 #include "cli/session.h"
@@ -39,19 +41,35 @@ struct ConvertArgs {
     std::vector<std::string> files;
     ImportOptions imp;
     ExportOptions exp;
+    std::string contourText;          // --contour-interval as given
+    std::vector<std::string> given;   // the export options given (long names)
 };
 
 int RunConvert(ConvertArgs& a) {
+    // Everything that can be refused is refused before any file is read
+    // or written; an output that would replace an input first of all.
+    CheckNoInputReplaced(a.files, a.exp.output, a.imp.trace);
     const exchange::TFormat* out = exchange::OutputFormat(a.exp.output, a.exp.to);
     if (!out)
         throw CliError(kExitUsage, a.exp.output + ": cannot tell the output format from the name; use --to " +
                                        Join(exchange::OutputKeys(), "|"));
+    CheckToMatchesName(a.exp.output, a.exp.to);
+    CheckOptionsFit(*out, a.given);
+    CheckSectionCodeSyntax(a.imp.sectionCodes);
+    const bool contourGiven = std::find(a.given.begin(), a.given.end(), "--contour-interval") != a.given.end();
+    if (contourGiven) a.exp.contourInterval = ParseContourInterval(a.contourText);
+
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
+    CheckExportNames(session.Doc(), a.exp, *out);
+    if (out->uses & exchange::kUseContours)
+        CheckContourLevels(session.Doc(), a.exp.contourInterval,
+                           contourGiven ? a.contourText : std::string("1"));
     if (exchange::CarriesCoordinateSystem(*out)) StateCoordinateSystem(a.files, a.exp);
     const TExchangeStatus st = ExportFile(session, *out, a.exp);
     if (st.code == TExchangeStatus::UNSUPPORTED) throw CliError(kExitUsage, a.exp.output + ": " + st.message);
     if (!st.ok()) throw CliError(kExitBadInput, a.exp.output + ": " + st.message);
+    session.CloseTrace();
     return 0;
 }
 
@@ -77,11 +95,11 @@ TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const E
     request.cell = o.cell;
     request.failOnWarning = session.Strict();
     session.Ui().ClearMessages();
+    // A message box the host would have shown stays the host's: it is in
+    // the trace (and in Ui().Messages()), not in the error line, which says
+    // the cause in the same words for every format.
     TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request, &session.Diagnostics());
     session.FlushDiagnostics(o.output);
-    // The message box the user would have seen, word for word.
-    if (!st.ok() && st.code != TExchangeStatus::UNSUPPORTED && !session.Ui().Messages().empty())
-        st.message += " (" + session.Ui().Messages().back() + ")";
     return st;
 }
 
@@ -106,10 +124,10 @@ void AddConvertCommand(CLI::App& app, SetRun setRun) {
                     "drawing: file version, R12 (AC1009, for old readers) or R2000 (AC1015, default); "
                     "DWG files are R2000 only")
         ->check(CLI::IsMember({"R12", "R2000"}));
-    cmd->add_option("--contour-interval", args->exp.contourInterval,
+    cmd->add_option("--contour-interval", args->contourText,
                     "drawing: contour lines of every surface, one every this many metres, every fifth "
                     "labelled (default 1); GIS: the contours layer")
-        ->check(CLI::PositiveNumber);
+        ->type_name("METRES");
     cmd->add_option("--crs", args->exp.crs,
                     "GIS: coordinate system of the coordinates (EPSG:NNNN, WKT or any definition GDAL accepts); "
                     "overrides what the inputs state")
@@ -121,7 +139,11 @@ void AddConvertCommand(CLI::App& app, SetRun setRun) {
         ->type_name("SIZE");
     cmd->add_flag("--no-clouds", args->exp.noClouds,
                   "drawing: leave the point clouds (layers named after each cloud) out");
-    cmd->callback([args, setRun] { setRun([args] { return RunConvert(*args); }); });
+    cmd->callback([args, setRun, cmd] {
+        for (const TExportOptionUse& u : ExportOptionUses())
+            if (cmd->count(u.option) > 0) args->given.push_back(u.option);
+        setRun([args] { return RunConvert(*args); });
+    });
 }
 
 }  // namespace roadx::cli

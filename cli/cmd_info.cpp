@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <string>
 
+#include "cli/checks.h"
+#include "cli/app.h"
 #include "cli/commands.h"
 #include "cli/diag_output.h"
 #include "cli/session.h"
@@ -123,6 +125,8 @@ std::string InputBlocksText(const nlohmann::json& files) {
 }
 
 int RunInfo(InfoArgs& a) {
+    CheckSectionCodeSyntax(a.imp.sectionCodes);
+    CheckNoInputReplaced(a.files, "", a.imp.trace);
     Session session(a.imp, a.exp);
     session.ImportAll(a.files);
     nlohmann::json s = DocumentSummary(session.Doc());
@@ -134,7 +138,8 @@ int RunInfo(InfoArgs& a) {
     s["files"] = InputBlocks(session, s);
     const std::string text = a.json ? s.dump(2, ' ', false, nlohmann::json::error_handler_t::replace) + "\n"
                                     : SummaryText(s) + CrsText(s["crs"]) + InputBlocksText(s["files"]);
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    WriteStandardOutput(text);
+    session.CloseTrace();
     return 0;
 }
 

@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "cli/app.h"
+#include "cli/checks.h"
 #include "cli/diag_output.h"
 #include "display/doc_display.h"
 #include "exchange/formats.h"
@@ -38,22 +39,35 @@ Session::Session(const ImportOptions& imp, const ExportOptions& exp) : imp_(imp)
     if (imp.trace == "-") {
         traceFile_ = stdout;
     } else {
-        traceFile_ = std::fopen(imp.trace.c_str(), "w");
-        if (!traceFile_)
-            throw CliError(kExitBadInput, imp.trace + ": cannot write the trace: " + std::strerror(errno));
+        // Written to a temporary beside it, put in place when the run ends.
+        if (!traceOut_.Open(imp.trace)) throw CliError(kExitBadInput, imp.trace + ": " + traceOut_.Error());
+        traceFile_ = traceOut_.Stream();
+        if (!traceFile_) throw CliError(kExitBadInput, imp.trace + ": cannot write: " + std::strerror(ENOMEM));
     }
     traceSink_ = std::make_unique<CTraceFile>(traceFile_);
     traceScope_ = std::make_unique<CTraceScope>(traceSink_.get());
 }
 
 Session::~Session() {
+    try {
+        CloseTrace();
+    } catch (const CliError& e) {
+        std::fprintf(stderr, "roadx: %s\n", e.what());
+    }
+}
+
+void Session::CloseTrace() {
     traceScope_.reset();
-    if (traceFile_ && traceFile_ != stdout) std::fclose(traceFile_);
-    else if (traceFile_) std::fflush(traceFile_);
+    traceSink_.reset();
+    FILE* f = traceFile_;
+    traceFile_ = nullptr;
+    if (!f || f == stdout) return;  // standard output is checked when the program ends
+    if (!traceOut_.Commit()) throw CliError(kExitBadInput, imp_.trace + ": " + traceOut_.Error());
 }
 
 void Session::ImportAll(const std::vector<std::string>& files) {
     for (const auto& f : files) ImportOne(f);
+    CheckImportNames(imp_, ui_.Offered());
 }
 
 void Session::ImportOne(const std::string& path) {

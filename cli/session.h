@@ -10,6 +10,7 @@
 #include "cli/options.h"
 #include "host/document.h"
 #include "host/trace.h"
+#include "vesk/atomic_file.h"
 #include "vesk/diagnostics.h"
 
 namespace roadx::cli {
@@ -35,8 +36,13 @@ public:
     CVantriDoc& Doc() { return doc_; }
     CCliUi& Ui() { return ui_; }
     // Imports each file into the document; the first failure throws a
-    // CliError naming the file and the problem.
+    // CliError naming the file and the problem. Then every name the import
+    // options give must have matched something (else a CliError, exit 2).
     void ImportAll(const std::vector<std::string>& files);
+    // Puts the trace file in place (it was written to a temporary); a trace
+    // that could not be written throws a CliError. The destructor does the
+    // same for a run that ended with an error, and reports a failure itself.
+    void CloseTrace();
 
     // What the imports and exports reported.
     vesk::diag::CSink& Diagnostics() { return sink_; }
@@ -53,6 +59,7 @@ private:
     CVantriDoc doc_;
     CCliUi ui_;
     FILE* traceFile_ = nullptr;
+    vesk::CAtomicFile traceOut_;
     std::unique_ptr<CTraceFile> traceSink_;
     std::unique_ptr<CTraceScope> traceScope_;
     CHostUiScope uiScope_;

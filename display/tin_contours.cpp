@@ -138,6 +138,25 @@ void ChainLevel(const std::vector<PNT_3D>& v, const TSeg* segs, size_t n, double
 
 }  // namespace
 
+bool ContourElevationRange(const CTris& tris, double& zmin, double& zmax) {
+    const auto& v = tris.Verts();
+    auto ok = [&](int32_t i) {
+        if (i < 0 || static_cast<size_t>(i) >= v.size()) return false;
+        const auto& p = v[static_cast<size_t>(i)];
+        return IsDefinedXY(p.x, p.y) && IsDefinedValue(p.z);
+    };
+    zmin = INFINITY;
+    zmax = -INFINITY;
+    for (const CTri& t : tris.Tris()) {
+        if (!ok(t.v[0]) || !ok(t.v[1]) || !ok(t.v[2])) continue;
+        for (int i = 0; i < 3; ++i) {
+            zmin = std::min(zmin, v[static_cast<size_t>(t.v[i])].z);
+            zmax = std::max(zmax, v[static_cast<size_t>(t.v[i])].z);
+        }
+    }
+    return zmin <= zmax;
+}
+
 std::vector<TContour> ComputeContours(const CTris& tris, double interval, size_t maxLevels) {
     std::vector<TContour> out;
     if (!std::isfinite(interval) || interval <= 0.0) return out;
@@ -147,14 +166,8 @@ std::vector<TContour> ComputeContours(const CTris& tris, double interval, size_t
         const auto& p = v[static_cast<size_t>(i)];
         return IsDefinedXY(p.x, p.y) && IsDefinedValue(p.z);
     };
-    double zmin = INFINITY, zmax = -INFINITY;
-    for (const CTri& t : tris.Tris()) {
-        if (!ok(t.v[0]) || !ok(t.v[1]) || !ok(t.v[2])) continue;
-        for (int i = 0; i < 3; ++i) {
-            zmin = std::min(zmin, v[static_cast<size_t>(t.v[i])].z);
-            zmax = std::max(zmax, v[static_cast<size_t>(t.v[i])].z);
-        }
-    }
+    double zmin = 0, zmax = 0;
+    ContourElevationRange(tris, zmin, zmax);
     if (!(zmin <= zmax) || (zmax - zmin) / interval > static_cast<double>(maxLevels)) return out;
     // Level numbers must fit the integers they are counted in.
     if (std::fabs(zmin / interval) > kMaxLevelNumber || std::fabs(zmax / interval) > kMaxLevelNumber) return out;

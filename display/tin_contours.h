@@ -23,10 +23,18 @@ struct TContour {
     bool closed = false;  // the first vertex is not repeated at the end
 };
 
+// The most contour levels one surface may span: beyond it the interval is
+// far too small for the surface (the command line refuses such an interval).
+inline constexpr size_t kMaxContourLevels = 1000000;
+
+// The lowest and highest elevation of the triangles contours are traced
+// through (those whose three vertices are defined); false when there is none.
+bool ContourElevationRange(const CTris& tris, double& zmin, double& zmax);
+
 // Lines ordered by level. Nothing for an interval that is not finite and
 // positive, or when the surface spans more than maxLevels levels (a guard
 // against an interval far too small for the surface). Triangles with an
 // undefined or missing vertex are skipped.
-std::vector<TContour> ComputeContours(const CTris& tris, double interval, size_t maxLevels = 20000);
+std::vector<TContour> ComputeContours(const CTris& tris, double interval, size_t maxLevels = kMaxContourLevels);
 
 }  // namespace roadx::display

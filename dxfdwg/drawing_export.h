@@ -26,9 +26,10 @@ namespace roadx::dxfdwg {
 // caller's decision (the entry point decides with FIsDwgPath), so this file
 // and the file dialog's export do not depend on each other. CANCELLED: the
 // option dialog was cancelled, nothing happened; WRITE_FAILED: the engine's
-// save result (roadx::cad::kSave...) is the detail and SaveResultText the
-// message; OK. The two message boxes (disk full, writing not allowed) are
-// shown as the host expects.
+// save result (roadx::cad::kSave...) is the detail, the message is the
+// engine's reason (GetLastSaveError) or else SaveResultText; OK. The two
+// message boxes (disk full, writing not allowed) are shown as the host
+// expects.
 TExchangeStatus SaveAllDataToDxfDwgStatus(IVantriDati* doc, const std::string& path, enumZEDRA_DXFDWG_VER ver,
                                           bool dwg, CZedraEng* eng);
 

@@ -107,6 +107,7 @@ TExchangeStatus SaveAllDataToDxfDwgStatus(IVantriDati* doc, const std::string& p
         return cancelled;
 
     int result = roadx::cad::kSaveOk;
+    std::string why;
     RemoveDocumentDisplay(doc);
     {
         CZedraEventSentinel sentinel(eng);
@@ -126,13 +127,17 @@ TExchangeStatus SaveAllDataToDxfDwgStatus(IVantriDati* doc, const std::string& p
                                             o.r12Handles, ver, o.drawing)
                          : eng->SaveFileDXF(path, o.visibleOnly, o.unlockedOnly, o.flatten, o.usedDrawingsOnly,
                                             o.r12Handles, ver, o.drawing);
+            why = eng->GetLastSaveError();
             ReportSaveResult(result);
         }
         RestoreTargetDrawings(doc, eng, saved);
         RecreateDocumentDisplay(doc, o.visibleOnly);
     }
+    // The engine's own words (the system's reason) where it has them; the
+    // host's message box above stays what the host shows.
     if (result != roadx::cad::kSaveOk)
-        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, roadx::cad::SaveResultText(result), result);
+        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED,
+                                     why.empty() ? roadx::cad::SaveResultText(result) : why, result);
     return TExchangeStatus::Ok();
 }
 

@@ -119,15 +119,17 @@ TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r, vesk::dia
 
 const std::vector<TFormat>& Formats() {
     static const std::vector<TFormat> kFormats = {
-        // name       --to keys            extensions  sniff         import          export
-        {"LandXML", {"xml", "landxml"}, {"xml"}, SniffLandXML, ImportLandXMLRow, ExportLandXMLRow},
-        {"RD3", {"rd3"}, {"rd3"}, SniffRD3, ImportRD3Row, ExportRD3Row},
-        {"DXF", {"dxf"}, {"dxf"}, nullptr, nullptr, ExportDXFRow},
-        {"DWG", {"dwg"}, {"dwg"}, nullptr, nullptr, ExportDWGRow},
-        {"GeoPackage", {"gpkg"}, {"gpkg"}, nullptr, nullptr, ExportGeoPackageRow},
-        {"GeoJSON", {"geojson"}, {"geojson"}, nullptr, nullptr, ExportGeoJSONRow},
-        {"Shapefile", {"shp"}, {"shp"}, nullptr, nullptr, ExportShapefileRow},
-        {"FlatGeobuf", {"fgb"}, {"fgb"}, nullptr, nullptr, ExportFlatGeobufRow},
+        // name       --to keys            extensions  sniff         import          export            uses
+        {"LandXML", {"xml", "landxml"}, {"xml"}, SniffLandXML, ImportLandXMLRow, ExportLandXMLRow,
+         kUseRoads | kUseSurfaces | kUsePointGroups | kUseGpsGroups | kUseJobs},
+        {"RD3", {"rd3"}, {"rd3"}, SniffRD3, ImportRD3Row, ExportRD3Row, kUseOneRoad},
+        {"DXF", {"dxf"}, {"dxf"}, nullptr, nullptr, ExportDXFRow, kUseDrawingVersion | kUseContours | kUseClouds},
+        {"DWG", {"dwg"}, {"dwg"}, nullptr, nullptr, ExportDWGRow, kUseDrawingVersion | kUseContours | kUseClouds},
+        // The vector GIS outputs carry a contours layer.
+        {"GeoPackage", {"gpkg"}, {"gpkg"}, nullptr, nullptr, ExportGeoPackageRow, kUseContours},
+        {"GeoJSON", {"geojson"}, {"geojson"}, nullptr, nullptr, ExportGeoJSONRow, kUseContours},
+        {"Shapefile", {"shp"}, {"shp"}, nullptr, nullptr, ExportShapefileRow, kUseContours},
+        {"FlatGeobuf", {"fgb"}, {"fgb"}, nullptr, nullptr, ExportFlatGeobufRow, kUseContours},
         {"GeoTIFF", {"tif", "tiff", "geotiff"}, {"tif", "tiff"}, nullptr, nullptr, ExportGeoTIFFRow},
     };
     return kFormats;
@@ -158,6 +160,14 @@ const TFormat* OutputFormat(const std::string& path, const std::string& to) {
     const std::string ext = LowerExt(path);
     for (const TFormat& f : Formats())
         if (f.exportTo && (Has(f.extensions, ext) || Has(f.keys, ext))) return &f;
+    return nullptr;
+}
+
+const TFormat* FormatOfExtension(const std::string& path) {
+    const std::string ext = LowerExt(path);
+    if (ext.empty()) return nullptr;
+    for (const TFormat& f : Formats())
+        if (Has(f.extensions, ext) || Has(f.keys, ext)) return &f;
     return nullptr;
 }
 

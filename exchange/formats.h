@@ -31,6 +31,22 @@ struct TExportRequest {
     bool failOnWarning = false;
 };
 
+// What of an export a format uses beyond the path: the command line refuses
+// an option that the chosen output format does not use, and names the
+// formats it applies to. A row declares its own; a new format declares what
+// it honours and gets the refusal of the rest for free.
+enum EExportUse : unsigned {
+    kUseRoads = 1u << 0,           // which roads (--export-roads)
+    kUseSurfaces = 1u << 1,        // which surfaces (--export-surfaces)
+    kUsePointGroups = 1u << 2,     // which point groups (--export-point-groups)
+    kUseGpsGroups = 1u << 3,       // which GPS groups (--export-gps)
+    kUseJobs = 1u << 4,            // which total-station jobs (--export-jobs)
+    kUseOneRoad = 1u << 5,         // the one road written (--road)
+    kUseDrawingVersion = 1u << 6,  // the drawing file version (--dxf-version)
+    kUseContours = 1u << 7,        // the contour interval (--contour-interval)
+    kUseClouds = 1u << 8,          // point clouds on or off (--no-clouds)
+};
+
 // `sink` (may be null) receives what the import or export skipped, defaulted,
 // clamped, cut or could not carry; it changes nothing else.
 using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink);
@@ -45,6 +61,7 @@ struct TFormat {
     SniffFn sniff = nullptr;              // nullptr: the extension only
     ImportFn import = nullptr;            // nullptr: not read
     ExportFn exportTo = nullptr;          // nullptr: not written
+    unsigned uses = 0;                    // EExportUse bits: what the export honours
 };
 
 // Every format, in the order of the table.
@@ -59,6 +76,9 @@ const TFormat* DetectInputFormat(const std::string& path);
 // a --to key counts as an extension); nullptr when neither names a
 // writable format.
 const TFormat* OutputFormat(const std::string& path, const std::string& to);
+// The format whose extensions or --to keys hold the name's extension (case
+// ignored), readable or writable; nullptr when the extension names none.
+const TFormat* FormatOfExtension(const std::string& path);
 // The --to keys of every writable format (first key of each), in order.
 std::vector<std::string> OutputKeys();
 // The extensions of every readable format, in order.

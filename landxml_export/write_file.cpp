@@ -3,26 +3,14 @@
 // the system's reason; the document is only read.
 #include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <memory>
 #include <string>
 
 #include "landxml_export/export_landxml.h"
 #include "landxml_export/landxml_writers.h"
 #include "landxml_export/xml_out.h"
+#include "vesk/atomic_file.h"
 
 namespace {
-
-struct CFileCloser {
-    void operator()(FILE* f) const { std::fclose(f); }
-};
-using TFilePtr = std::unique_ptr<FILE, CFileCloser>;
-
-// The reason for an errno value in plain English, whatever the locale.
-std::string Reason(int err) {
-    const char* d = err ? strerrordesc_np(err) : nullptr;
-    return d ? d : "input/output error";
-}
 
 void WriteBody(vesk::COutBuffer& out, const std::vector<CRoad*>& roads, CLibCmp& cmp, const std::vector<CJob*>& jobs,
                CLibGps& gps, const std::vector<CGrpGps*>& gpsGroups, CLibPnt& pnt,
@@ -77,22 +65,19 @@ TExchangeStatus roadx::landxml::WriteLandXMLFileStatus(std::vector<CRoad*> roads
                                                       std::vector<CGrpPnt*> pointGroups,
                                                       std::vector<CDtmPrj*> dtmPrjs, const char* path) {
     if (!path || !*path)
-        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, "cannot create the file: no file name");
-    errno = 0;
-    TFilePtr file(std::fopen(path, "w"));
-    if (!file)
-        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, "cannot create the file: " + Reason(errno));
-    int err = 0;
+        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, "cannot create: no file name");
+    // The bytes go to a temporary beside the target, renamed over it only
+    // when all of them were written: a failed export leaves an older file
+    // of that name as it was.
+    vesk::CAtomicFile file;
+    if (!file.Open(path)) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, file.Error());
     {
-        vesk::COutBuffer out(file.get());
+        vesk::COutBuffer out(file.Stream());
         WriteBody(out, roads, cmp, jobs, gps, gpsGroups, pnt, pointGroups, dtmPrjs, path);
         // A failed write leaves errno as the system set it: nothing after it
         // touches the file.
-        if (!out.Flush()) err = errno ? errno : EIO;
+        if (!out.Flush()) file.SetWriteError(errno ? errno : EIO);
     }
-    errno = 0;
-    const bool closed = std::fclose(file.release()) == 0;
-    if (!err && !closed) err = errno ? errno : EIO;
-    if (err) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, "cannot write the file: " + Reason(err));
+    if (!file.Commit()) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, file.Error());
     return TExchangeStatus::Ok();
 }

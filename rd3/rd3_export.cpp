@@ -1,5 +1,6 @@
 #include "rd3/rd3_export.h"
 
+#include <cerrno>
 #include <cstdio>
 
 #include "host/road.h"
@@ -8,6 +9,7 @@
 #include "rd3/rd3_records.h"
 #include "rd3/rd3_write_road.h"
 #include "rd3/rd3_write_sections.h"
+#include "vesk/atomic_file.h"
 
 namespace roadx::rd3 {
 
@@ -19,8 +21,13 @@ constexpr unsigned kDialogFlags = 6;
 }  // namespace
 
 TExchangeStatus WriteRD3File(CRoad& road, const std::string& path) {
-    FILE* f = std::fopen(path.c_str(), "wb");
-    if (!f) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, path + ": the file cannot be created");
+    // Written to a temporary beside the target and renamed over it only when
+    // complete, so that a failed export never leaves a truncated road file
+    // (which could read back as a shorter, valid road).
+    vesk::CAtomicFile file;
+    if (!file.Open(path)) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, file.Error());
+    FILE* f = file.Stream();
+    if (!f) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, "cannot write: Cannot allocate memory");
     Rd3FileOut out(f);
     out.Write(EncodeFileHeader(MakeName(road.GetName())));
     // Slot 1 points past the header even when no road record follows.
@@ -34,9 +41,10 @@ TExchangeStatus WriteRD3File(CRoad& road, const std::string& path) {
     bool anyTemplate = false;
     const std::vector<Rd3SectionData> sections = CollectSections(road, anyTemplate);
     if (anyTemplate) WriteTemplatesAndAssignments(out, PlanTemplates(sections));
-    const bool closed = std::fclose(f) == 0;
-    if (out.Failed() || !closed)
-        return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, path + ": the file could not be written");
+    // A failed write fails every later one the same way, so errno still
+    // holds its reason.
+    if (out.Failed()) file.SetWriteError(errno);
+    if (!file.Commit()) return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, file.Error());
     return TExchangeStatus::Ok();
 }
 

@@ -49,6 +49,16 @@ TEST(DxfText, TableNamesLoseForbiddenCharacters) {
     EXPECT_EQ(SanitizeTableName("Città"), "Città");
 }
 
+TEST(DxfText, TableNamesKeepCharactersTheCodePageLacksAsEscapes) {
+    // Kept in the name, escaped when written: two names that differ in such
+    // a character stay two names.
+    EXPECT_EQ(SanitizeTableName("国道１号線"), "国道１号線");
+    EXPECT_EQ(EncodeDxfText(SanitizeTableName("国道１号線"), EEncoding::Name), "\\U+56FD\\U+9053\\U+FF11\\U+53F7\\U+7DDA");
+    EXPECT_EQ(EncodeDxfText(SanitizeTableName("Città Ω"), EEncoding::Name), "Citt\xE0 \\U+03A9");
+    EXPECT_EQ(EncodeDxfText(SanitizeTableName("\xF0\x9D\x94\xB8"), EEncoding::Name), "\\U+D835\\U+DD38");
+    EXPECT_EQ(SanitizeTableName("a\xFF" "b"), "a_b");  // broken UTF-8
+}
+
 namespace {
 std::string Fmt(double v) {
     char buf[40];

@@ -52,15 +52,16 @@ TEST(CliDrawing, DiskFullIsAClearErrorNamingTheFile) {
     dxtest::CTempDir dir;
     const TRun r = Roadx("convert '" + Sample("c3d_tin_boundaries_breaklines") + "' -o /dev/full --to dxf", dir);
     EXPECT_EQ(r.status, 1);
-    EXPECT_EQ(r.err, "roadx: /dev/full: disk full (Creazione file DXF/DWG: Errore !/n/nDisco pieno)\n");
+    // The cause in the words every format uses; the host's message box
+    // text goes to the trace, not into this line.
+    EXPECT_EQ(r.err, "roadx: /dev/full: cannot write: No space left on device\n");
 }
 
 TEST(CliDrawing, UnwritableFolder) {
     dxtest::CTempDir dir;
     const TRun r = Roadx("convert '" + Sample("c3d_tin_boundaries_breaklines") + "' -o '" + dir.File("no/x.dxf") + "'", dir);
     EXPECT_EQ(r.status, 1);
-    EXPECT_NE(r.err.find("Errore !/n/nAccesso in scrittura non consentito"), std::string::npos) << r.err;
-    EXPECT_NE(r.err.find(dir.File("no/x.dxf")), std::string::npos) << r.err;
+    EXPECT_EQ(r.err, "roadx: " + dir.File("no/x.dxf") + ": cannot create: No such file or directory\n");
 }
 
 TEST(CliDrawing, VersionsAndDwg) {
@@ -81,9 +82,10 @@ TEST(CliDrawing, VersionsAndDwg) {
     r = Roadx("convert '" + in + "' -o '" + dir.File("e.out") + "' --to dwg", dir);
     EXPECT_EQ(r.status, 2);
     EXPECT_FALSE(dxtest::Exists(dir.File("e.out")));
-    // --to dxf wins over a .dwg name.
-    EXPECT_EQ(Roadx("convert '" + in + "' -o '" + dir.File("f.dwg") + "' --to dxf", dir).status, 0);
-    EXPECT_EQ(dxtest::ReadAll(dir.File("f.dwg")).substr(0, 9), "  0\nSECTI");
+    // --to that contradicts the name's extension is refused.
+    r = Roadx("convert '" + in + "' -o '" + dir.File("f.dwg") + "' --to dxf", dir);
+    EXPECT_EQ(r.status, 2);
+    EXPECT_FALSE(dxtest::Exists(dir.File("f.dwg")));
 }
 
 TEST(CliDrawing, ContourInterval) {

@@ -174,8 +174,8 @@ TEST_F(ReportTest, UnknownTerrainIsOneError) {
     const TCommandResult r = RunCommand(ShellQuote(roadx::test::RoadxExe()) + " report " +
                                         ShellQuote(roadx::test::SourcePath("samples/road.xml")) + " -o " +
                                         ShellQuote(dir_ + "/x.html") + " --yes --terrain NOPE 2>&1");
-    EXPECT_EQ(r.exitCode, 1);
-    EXPECT_EQ(r.output, "roadx: --terrain NOPE: no surface of that name was imported\n");
+    EXPECT_EQ(r.exitCode, 2);  // a name that matches nothing is a usage error, as for every command
+    EXPECT_EQ(r.output, "roadx: --terrain: no surface named \"NOPE\" in the inputs; there are: \"EG\"\n");
     EXPECT_FALSE(std::filesystem::exists(dir_ + "/x.html"));
 }
 

@@ -296,7 +296,8 @@ TEST_F(SaveAllTest, StatusSaysHowItEnded) {
     ui.filePath = "/dev/full";
     st = roadx::dxfdwg::ExportFileDxfDwgStatus(&doc, "", true);
     EXPECT_EQ(st.code, TExchangeStatus::WRITE_FAILED);
-    EXPECT_EQ(st.message, "disk full");
+    EXPECT_EQ(st.message, "cannot write: No space left on device");  // the system's reason
+    EXPECT_EQ(st.detail, roadx::cad::kSaveDiskFull);
     ui.optOk = false;
     EXPECT_EQ(roadx::dxfdwg::ExportFileDxfDwgStatus(&doc, "", true).code, TExchangeStatus::CANCELLED);
     ui.optOk = true;

@@ -208,7 +208,7 @@ void ExpectWriteFailure(const std::string& path, const std::string& reason) {
 }
 
 TEST(ExportDriver, FullDiskIsReported) {
-    ExpectWriteFailure("/dev/full", "cannot write the file: No space left on device");
+    ExpectWriteFailure("/dev/full", "cannot write: No space left on device");
 }
 
 TEST(ExportDriver, FullDiskIsReportedForOutputLargerThanTheBuffer) {
@@ -228,25 +228,25 @@ TEST(ExportDriver, FullDiskIsReportedForOutputLargerThanTheBuffer) {
 
 TEST(ExportDriver, MissingFolderIsReported) {
     CTempDir dir;
-    ExpectWriteFailure(dir.Path("no/such/folder/out.xml"), "cannot create the file: No such file or directory");
+    ExpectWriteFailure(dir.Path("no/such/folder/out.xml"), "cannot create: No such file or directory");
 }
 
 TEST(ExportDriver, AFolderInPlaceOfTheFileIsReported) {
     CTempDir dir;
-    ExpectWriteFailure(dir.Path(""), "cannot create the file: Is a directory");
+    ExpectWriteFailure(dir.Path(""), "cannot create: Is a directory");
 }
 
 TEST(ExportDriver, AFileInPlaceOfAFolderIsReported) {
     CTempDir dir;
     std::fclose(std::fopen(dir.Path("plain").c_str(), "w"));
-    ExpectWriteFailure(dir.Path("plain/out.xml"), "cannot create the file: Not a directory");
+    ExpectWriteFailure(dir.Path("plain/out.xml"), "cannot create: Not a directory");
 }
 
 TEST(ExportDriver, MissingPermissionIsReported) {
     if (geteuid() == 0) GTEST_SKIP() << "root may write anywhere";
     CTempDir dir;
     ASSERT_EQ(mkdir(dir.Path("ro").c_str(), 0500), 0);
-    ExpectWriteFailure(dir.Path("ro/out.xml"), "cannot create the file: Permission denied");
+    ExpectWriteFailure(dir.Path("ro/out.xml"), "cannot create: Permission denied");
 }
 
 TEST(ExportDriver, WriterWithAnUnopenablePathDoesNothing) {

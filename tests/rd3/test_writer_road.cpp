@@ -231,5 +231,6 @@ TEST(Rd3WriterRoad, UncreatableFileIsReportedToCallersOnly) {
     d.EndPlan();
     const TExchangeStatus st = roadx::rd3::WriteRD3File(*d.road, "/nonexistent-dir/x.rd3");
     EXPECT_EQ(st.code, TExchangeStatus::WRITE_FAILED);
-    EXPECT_NE(st.message.find("/nonexistent-dir/x.rd3"), std::string::npos);
+    // The reason in the same words as every format; the caller names the path.
+    EXPECT_EQ(st.message, "cannot create: No such file or directory");
 }
