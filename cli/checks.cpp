@@ -132,6 +132,8 @@ const std::vector<TExportOptionUse>& ExportOptionUses() {
         {"--dxf-version", exchange::kUseDrawingVersion},
         {"--contour-interval", exchange::kUseContours},
         {"--no-clouds", exchange::kUseClouds},
+        {"--crs", exchange::kUseCrs},
+        {"--cell", exchange::kUseCell},
     };
     return kUses;
 }

@@ -126,11 +126,11 @@ const std::vector<TFormat>& Formats() {
         {"DXF", {"dxf"}, {"dxf"}, nullptr, nullptr, ExportDXFRow, kUseDrawingVersion | kUseContours | kUseClouds},
         {"DWG", {"dwg"}, {"dwg"}, nullptr, nullptr, ExportDWGRow, kUseDrawingVersion | kUseContours | kUseClouds},
         // The vector GIS outputs carry a contours layer.
-        {"GeoPackage", {"gpkg"}, {"gpkg"}, nullptr, nullptr, ExportGeoPackageRow, kUseContours},
-        {"GeoJSON", {"geojson"}, {"geojson"}, nullptr, nullptr, ExportGeoJSONRow, kUseContours},
-        {"Shapefile", {"shp"}, {"shp"}, nullptr, nullptr, ExportShapefileRow, kUseContours},
-        {"FlatGeobuf", {"fgb"}, {"fgb"}, nullptr, nullptr, ExportFlatGeobufRow, kUseContours},
-        {"GeoTIFF", {"tif", "tiff", "geotiff"}, {"tif", "tiff"}, nullptr, nullptr, ExportGeoTIFFRow},
+        {"GeoPackage", {"gpkg"}, {"gpkg"}, nullptr, nullptr, ExportGeoPackageRow, kUseContours | kUseCrs},
+        {"GeoJSON", {"geojson"}, {"geojson"}, nullptr, nullptr, ExportGeoJSONRow, kUseContours | kUseCrs},
+        {"Shapefile", {"shp"}, {"shp"}, nullptr, nullptr, ExportShapefileRow, kUseContours | kUseCrs},
+        {"FlatGeobuf", {"fgb"}, {"fgb"}, nullptr, nullptr, ExportFlatGeobufRow, kUseContours | kUseCrs},
+        {"GeoTIFF", {"tif", "tiff", "geotiff"}, {"tif", "tiff"}, nullptr, nullptr, ExportGeoTIFFRow, kUseCrs | kUseCell},
     };
     return kFormats;
 }

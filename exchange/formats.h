@@ -45,6 +45,8 @@ enum EExportUse : unsigned {
     kUseDrawingVersion = 1u << 6,  // the drawing file version (--dxf-version)
     kUseContours = 1u << 7,        // the contour interval (--contour-interval)
     kUseClouds = 1u << 8,          // point clouds on or off (--no-clouds)
+    kUseCrs = 1u << 9,             // the coordinate system written (--crs)
+    kUseCell = 1u << 10,           // the elevation model's cell size (--cell)
 };
 
 // `sink` (may be null) receives what the import or export skipped, defaulted,

@@ -27,5 +27,9 @@ namespace roadx::landxml {
 // same.
 TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
                                     bool scanSurfaces = true, vesk::diag::CSink* sink = nullptr);
+// A sink given in the place of scanSurfaces would convert to true without a
+// word: that call does not compile.
+TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
+                                    vesk::diag::CSink* sink) = delete;
 
 }  // namespace roadx::landxml

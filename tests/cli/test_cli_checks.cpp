@@ -142,6 +142,11 @@ TEST_F(CliChecks, AnOptionTheOutputFormatDoesNotUseIsRefused) {
                   "Shapefile and FlatGeobuf output");
     ExpectRefused({"convert", kRoad, "--no-clouds"}, "a.xml",
                   "--no-clouds does not apply to LandXML output; it applies to DXF and DWG output");
+    ExpectRefused({"convert", kRoad, "--crs", "EPSG:3875"}, "a.xml",
+                  "--crs does not apply to LandXML output; it applies to GeoPackage, GeoJSON, Shapefile, FlatGeobuf "
+                  "and GeoTIFF output");
+    ExpectRefused({"convert", kRoad, "--cell", "2"}, "a.gpkg",
+                  "--cell does not apply to GeoPackage output; it applies to GeoTIFF output");
     // Where they apply they are taken.
     ExpectWritten({"convert", kRoad, "--dxf-version", "R12", "--contour-interval", "0.5", "--no-clouds"}, "ok.dxf");
 }

@@ -36,9 +36,15 @@ json Comparable(const json& s) {
                                    {"vertices", p.at("vertices")},
                                    {"triangles", p.at("triangles")},
                                    {"breaklines", p.at("breaklines")}});
-    out["pointGroups"] = s.at("pointGroups");
-    out["gpsGroups"] = s.at("gpsGroups");
-    out["jobs"] = s.at("jobs");
+    // The extents that info also gives are not counts: the script does not
+    // predict them.
+    for (const char* key : {"pointGroups", "gpsGroups", "jobs"}) {
+        out[key] = json::array();
+        for (json o : s.at(key)) {
+            o.erase("extent");
+            out[key].push_back(std::move(o));
+        }
+    }
     return out;
 }
 
@@ -49,7 +55,7 @@ TEST_P(LandXmlFileCounts, InfoMatchesTheFilesOwnCounts) {
     const std::string script = roadx::test::SourcePath("tests/landxml_import/landxml_counts.py");
     const TCommandResult expected = RunCommand("/usr/bin/python3 " + ShellQuote(script) + " " + ShellQuote(path));
     ASSERT_EQ(expected.exitCode, 0) << expected.output;
-    const TCommandResult actual = RunCommand(ShellQuote(roadx::test::RoadxExe()) + " info --json " + ShellQuote(path) + " 2>&1");
+    const TCommandResult actual = RunCommand(ShellQuote(roadx::test::RoadxExe()) + " info --json -q " + ShellQuote(path) + " 2>&1");
     ASSERT_EQ(actual.exitCode, 0) << actual.output;
     const json want = json::parse(expected.output);
     const json got = Comparable(json::parse(actual.output));
