@@ -239,7 +239,7 @@ void CheckFirstFeatures(CVantriDoc& doc, const json& layers) {
 
 class Sample : public ::testing::TestWithParam<std::string> {};
 
-TEST_P(Sample, GeoPackageReadBackByGdalEqualsTheDocument) {
+TEST_P(Sample, GeoPackageEqualsTheDocument) {
     gistest::CTempDir dir;
     const std::string out = dir.File(GetParam() + ".gpkg");
     auto c = gistest::Convert({roadx::test::DataPath("landxml/" + GetParam() + ".xml")}, out, "gpkg");
