@@ -87,12 +87,7 @@ int64_t CImportDiagScope::LineOf(size_t offset) {
     return 1 + std::count(text.begin(), text.begin() + static_cast<ptrdiff_t>(offset), '\n');
 }
 
-void CImportDiagScope::Report(const char* kind, const XmlSection& where, std::string message, std::string instead,
-                              int64_t count, vesk::diag::ESeverity severity) {
-    if (count <= 0 || Merge(kind, count)) return;
-    vesk::diag::TRecord r;
-    r.severity = severity;
-    r.kind = kind;
+void CImportDiagScope::Place(vesk::diag::TRecord& r, const XmlSection& where) {
     r.file = file_;
     if (!where.IsEmpty()) {
         const ptrdiff_t offset = where.Node().offset_debug();
@@ -102,6 +97,15 @@ void CImportDiagScope::Report(const char* kind, const XmlSection& where, std::st
         }
         r.element = ElementPath(where);
     }
+}
+
+void CImportDiagScope::Report(const char* kind, const XmlSection& where, std::string message, std::string instead,
+                              int64_t count, vesk::diag::ESeverity severity) {
+    if (count <= 0 || Merge(kind, count)) return;
+    vesk::diag::TRecord r;
+    r.severity = severity;
+    r.kind = kind;
+    Place(r, where);
     r.message = std::move(message);
     r.instead = std::move(instead);
     r.count = count;
@@ -156,15 +160,7 @@ void CImportDiagScope::Note(const char* kind, const XmlSection& where, std::stri
     vesk::diag::TRecord r;
     r.severity = vesk::diag::ESeverity::Note;
     r.kind = kind;
-    r.file = file_;
-    if (!where.IsEmpty()) {
-        const ptrdiff_t offset = where.Node().offset_debug();
-        if (offset >= 0) {
-            r.offset = offset;
-            r.line = LineOf(static_cast<size_t>(offset));
-        }
-        r.element = ElementPath(where);
-    }
+    Place(r, where);
     r.message = std::move(message);
     r.values = std::move(values);
     sink_->Report(std::move(r));

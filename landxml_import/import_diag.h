@@ -44,6 +44,8 @@ public:
 private:
     bool Merge(const char* kind, int64_t count);
     int64_t LineOf(size_t offset);
+    // Fills the record's file, offset, line and element path from where.
+    void Place(vesk::diag::TRecord& r, const XmlSection& where);
     std::string UnparsedChild(pugi::xml_node node, size_t offset);
 
     vesk::diag::CSink* sink_;
