@@ -152,9 +152,18 @@ void RasteriseTriangle(const PNT_3D* a, const PNT_3D* b, const PNT_3D* c, const 
 void RasteriseTin(const CTris& tris, const TDemGrid& g, std::vector<double>& values) {
     values.assign(static_cast<size_t>(g.cols * g.rows), kDemNoData);
     const double inv = 1.0 / g.cell;
-    const PNT_3D *a, *b, *c;
-    for (const CTri& tri : tris.Tris())
-        if (Corners(tris, tri, a, b, c)) RasteriseTriangle(a, b, c, g, inv, values.data());
+    // Each vertex serves about six triangles: whether it is usable is
+    // decided once, not at every triangle (the same rule as Corners).
+    const std::vector<PNT_3D>& v = tris.Verts();
+    std::vector<unsigned char> usable(v.size());
+    for (size_t i = 0; i < v.size(); ++i) usable[i] = Finite(v[i].x) && Finite(v[i].y) && Finite(v[i].z);
+    const int64_t n = static_cast<int64_t>(v.size());
+    for (const CTri& tri : tris.Tris()) {
+        const int64_t i = tri.v[0], j = tri.v[1], k = tri.v[2];
+        if (i < 0 || j < 0 || k < 0 || i >= n || j >= n || k >= n) continue;
+        if (!usable[i] || !usable[j] || !usable[k]) continue;
+        RasteriseTriangle(&v[i], &v[j], &v[k], g, inv, values.data());
+    }
 }
 
 }  // namespace roadx::gis
