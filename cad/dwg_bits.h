@@ -25,12 +25,23 @@ class CBitWriter {
 public:
     size_t BitPos() const { return bits_; }
     const std::vector<uint8_t>& Bytes() const { return buf_; }
+    void Reserve(size_t bytes) { buf_.reserve(bytes); }
 
     // n (0..64) low bits of v, most significant first.
     void Bits(uint64_t v, int n);
     void B(bool v) { Bits(v ? 1 : 0, 1); }
     void BB(unsigned v) { Bits(v & 3u, 2); }
-    void RC(uint8_t v) { Bits(v, 8); }
+    // A whole byte: at most two bytes of the buffer change.
+    void RC(uint8_t v) {
+        const unsigned used = bits_ & 7;
+        if (used == 0) {
+            buf_.push_back(v);
+        } else {
+            buf_.back() |= static_cast<uint8_t>(v >> used);
+            buf_.push_back(static_cast<uint8_t>(v << (8 - used)));
+        }
+        bits_ += 8;
+    }
     void RS(uint16_t v);
     void RL(uint32_t v);
     void RD(double v);

@@ -165,6 +165,9 @@ std::vector<uint8_t> ObjectMap(const std::vector<TMapEntry>& entries) {
 
 std::vector<uint8_t> AssembleFile(CDwgCtx& c) {
     TBytes out = {'A', 'C', '1', '0', '1', '5', 0, 0, 0, 0, 0, 0, 1};
+    // The objects and their map (a few bytes an object) are nearly all of
+    // the file.
+    out.reserve(c.objects.size() + 8 * c.map.size() + 65536);
     const size_t imageSeekerAt = out.size();
     PutRL(out, 0);
     out.push_back(0);

@@ -4,10 +4,15 @@ namespace roadx::cad::dwg {
 
 namespace {
 
+// Room for a 3D face or a line with its handles, so that most objects
+// allocate their buffer once instead of growing it step by step.
+constexpr size_t kTypicalObjectBytes = 128;
+
 // Start of every object: type, a placeholder for the bit size of the data,
 // the object's handle and an empty extended data. Returns where the size
 // goes.
 size_t StartObject(CBitWriter& d, int16_t type, uint64_t handle) {
+    d.Reserve(kTypicalObjectBytes);
     d.BS(type);
     const size_t sizePos = d.BitPos();
     d.RL(0);
@@ -35,19 +40,23 @@ void CObjWriter::OwnerHandles(uint64_t owner) {
 }
 
 std::vector<uint8_t> CObjWriter::Finish() {
+    std::vector<uint8_t> out;
+    FinishInto(out);
+    return out;
+}
+
+void CObjWriter::FinishInto(std::vector<uint8_t>& out) {
     // The size counts the bits before the handle stream, from the type on.
     data_.PatchRL(sizeBitPos_, static_cast<uint32_t>(data_.BitPos()));
     data_.Append(handles_);
     data_.PadToByte();
     const std::vector<uint8_t>& body = data_.Bytes();
-    std::vector<uint8_t> out;
-    out.reserve(body.size() + 8);
+    const size_t start = out.size();
     AppendMS(out, static_cast<uint32_t>(body.size()));
     out.insert(out.end(), body.begin(), body.end());
-    const uint16_t crc = Crc8(kCrcSeed, out.data(), out.size());
+    const uint16_t crc = Crc8(kCrcSeed, out.data() + start, out.size() - start);
     out.push_back(static_cast<uint8_t>(crc));
     out.push_back(static_cast<uint8_t>(crc >> 8));
-    return out;
 }
 
 CEntWriter::CEntWriter(int16_t type, const TEntityCommon& c) : CObjWriter(TEntityTag{}, type, c.handle), c_(c) {

@@ -74,6 +74,8 @@ public:
 
     // The framed object: size, data and handles, CRC.
     std::vector<uint8_t> Finish();
+    // The same bytes appended to out, without a buffer of their own.
+    void FinishInto(std::vector<uint8_t>& out);
 
 protected:
     struct TEntityTag {};

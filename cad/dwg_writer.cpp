@@ -8,12 +8,18 @@
 namespace roadx::cad::dwg {
 
 CDwgCtx::CDwgCtx(const CZedraEng& e, const dxf::TGraph& graph, bool vars)
-    : eng(e), g(graph), saveVars(vars), vpEntHdrControl(graph.handSeed), handSeed(graph.handSeed + 1) {}
+    : eng(e), g(graph), saveVars(vars), vpEntHdrControl(graph.handSeed), handSeed(graph.handSeed + 1) {
+    // Reserved from the entity count (a 3D face takes about 85 bytes, the
+    // tables a few kilobytes), so that a large drawing is not copied each
+    // time the section outgrows its buffer.
+    const size_t objectsGuess = e.GetNoEntities() + 256;
+    objects.reserve(objectsGuess * 96);
+    map.reserve(objectsGuess);
+}
 
 void CDwgCtx::Add(uint64_t handle, CObjWriter& w) {
-    const std::vector<uint8_t> bytes = w.Finish();
     map.push_back({handle, static_cast<uint32_t>(objects.size())});
-    objects.insert(objects.end(), bytes.begin(), bytes.end());
+    w.FinishInto(objects);
 }
 
 uint64_t CDwgCtx::LayerHandle(uint64_t drawing) const {

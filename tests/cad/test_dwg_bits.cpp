@@ -234,6 +234,36 @@ TEST(DwgBits, PatchAndAppendKeepEveryBit) {
     EXPECT_EQ(a.BitPos(), 3u + 32u + 1u + 5u + 8u + 16u);
 }
 
+// A raw long patched at every bit offset keeps the bits on both sides, set
+// or clear, and reads back whole.
+TEST(DwgBits, PatchAtEveryOffsetKeepsTheNeighbours) {
+    for (int lead = 0; lead < 8; ++lead)
+        for (bool ones : {false, true}) {
+            CBitWriter w;
+            for (int i = 0; i < lead; ++i) w.B(ones);
+            const size_t at = w.BitPos();
+            w.RL(ones ? 0xFFFFFFFFu : 0u);
+            for (int i = 0; i < 9; ++i) w.B(ones);
+            w.PatchRL(at, 0x8C3A5E01u);
+            dwgtest::CBitReader r(w.Bytes());
+            for (int i = 0; i < lead; ++i) EXPECT_EQ(r.Bit(), ones ? 1u : 0u) << lead;
+            EXPECT_EQ(r.RL(), 0x8C3A5E01u) << lead << ones;
+            for (int i = 0; i < 9; ++i) EXPECT_EQ(r.Bit(), ones ? 1u : 0u) << lead;
+        }
+}
+
+// The four-bytes-a-step CRC against the reader's byte-wise one, on every
+// length up to 70 (so every tail) and random seeds.
+TEST(DwgCrc, MatchesTheBytewiseCrcOnRandomData) {
+    std::mt19937 rng(15);
+    for (size_t n = 0; n <= 70; ++n) {
+        std::vector<uint8_t> data(n);
+        for (auto& b : data) b = static_cast<uint8_t>(rng());
+        const auto seed = static_cast<uint16_t>(rng());
+        EXPECT_EQ(Crc8(seed, data.data(), n), dwgtest::Crc(seed, data.data(), n)) << n;
+    }
+}
+
 // CRC of the file header of the published example: five locators, so the
 // CRC is XORed with 0x3CC4; stored 2D 5C.
 TEST(DwgCrc, FileHeaderOfTheWorkedExample) {
