@@ -84,12 +84,49 @@ TCoordinateSystem CoordinateSystemOfText(std::string_view b) {
     return ParseWhole(text);
 }
 
+// The file is read a megabyte at a time and only the element (with the XML
+// declaration in front) is kept: a file of surfaces is never held a second
+// time beside the import's own copy, and the search stops at the element.
 TCoordinateSystem ReadCoordinateSystem(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     if (!in) return {};
-    std::ostringstream s;
-    s << in.rdbuf();
-    return CoordinateSystemOfText(s.str());
+    constexpr size_t kChunk = size_t{1} << 20;
+    constexpr size_t kOverlap = 64;                 // longer than the tag and its next byte
+    constexpr size_t kElementMax = size_t{16} << 20;  // a WKT is a few kilobytes
+    std::string window, chunk(kChunk, '\0'), declaration;
+    bool first = true;
+    size_t at = std::string_view::npos;
+    while (in) {
+        in.read(chunk.data(), static_cast<std::streamsize>(kChunk));
+        window.append(chunk.data(), static_cast<size_t>(in.gcount()));
+        if (first) {
+            first = false;
+            if (IsUtf16(window)) {
+                std::ostringstream rest;
+                rest << in.rdbuf();
+                return ParseWhole(window + rest.str());
+            }
+            if (window.compare(0, 5, "<?xml") == 0 || window.compare(3, 5, "<?xml") == 0) {
+                const size_t declEnd = window.find("?>");
+                if (declEnd != std::string::npos) declaration = window.substr(0, declEnd + 2);
+            }
+        }
+        if (at == std::string_view::npos) {
+            at = FindTag(window);
+            if (at == std::string_view::npos) {
+                if (window.size() > kOverlap) window.erase(0, window.size() - kOverlap);
+                continue;
+            }
+            window.erase(0, at);
+            at = 0;
+        }
+        const size_t gt = window.find('>');
+        if (gt != std::string::npos && (window[gt - 1] == '/' || window.find("</CoordinateSystem>") != std::string::npos))
+            break;
+        if (window.size() > kElementMax) return {};
+    }
+    if (at == std::string_view::npos) return {};
+    return CoordinateSystemOfText(declaration + window);
 }
 
 }  // namespace roadx::landxml

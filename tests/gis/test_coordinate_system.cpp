@@ -3,6 +3,11 @@
 // as the tag, not a longer name.
 #include <gtest/gtest.h>
 
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
 #include "landxml_import/coordinate_system.h"
 #include "tests/common/test_data.h"
 
@@ -53,6 +58,32 @@ TEST(CoordinateSystem, SamplesStateTheirCodes) {
               "EPSG:3875");
     EXPECT_FALSE(ReadCoordinateSystem(roadx::test::SourcePath("samples/road.xml")).found);
     EXPECT_FALSE(ReadCoordinateSystem(roadx::test::DataPath("no/such/file.xml")).found);
+}
+
+// The file is searched a megabyte at a time: the element is found after a
+// large surface, also when its tag or its end straddles the edge of a
+// chunk, and its Latin-1 name is read by the file's declaration.
+TEST(CoordinateSystem, FoundAfterMegabytesAndAcrossChunkEdges) {
+    const std::string path =
+        (std::filesystem::temp_directory_path() / ("roadx_crs_" + std::to_string(getpid()) + ".xml")).string();
+    const std::string head = "<?xml version=\"1.0\" encoding=\"ISO-8859-1\"?>\n<LandXML><Surfaces><!--";
+    const std::string element = "<CoordinateSystem name=\"J\xe4rvi\" epsgCode=\" 3067 \"></CoordinateSystem>";
+    constexpr size_t kMiB = size_t{1} << 20;
+    for (size_t tagAt : {kMiB - 3, kMiB - 17, kMiB + 5, 2 * kMiB - element.size() + 4, 3 * kMiB + 100}) {
+        std::string text = head;
+        text.append(tagAt - text.size() - 14, 'x');
+        text += "--></Surfaces>";
+        ASSERT_EQ(text.size(), tagAt);
+        text += element + "</LandXML>";
+        std::ofstream(path, std::ios::binary) << text;
+        const auto cs = ReadCoordinateSystem(path);
+        EXPECT_TRUE(cs.found) << tagAt;
+        EXPECT_EQ(cs.Definition(), "EPSG:3067") << tagAt;
+        EXPECT_EQ(cs.name, "J\xc3\xa4rvi") << tagAt;
+    }
+    std::ofstream(path, std::ios::binary) << head << std::string(2 * kMiB, 'y') << "--></Surfaces></LandXML>";
+    EXPECT_FALSE(ReadCoordinateSystem(path).found);
+    std::remove(path.c_str());
 }
 
 }  // namespace
