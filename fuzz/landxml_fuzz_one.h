@@ -18,7 +18,9 @@
 #include "host/null_ui.h"
 #include "host/trace.h"
 #include "host/ui.h"
+#include "landxml_import/face_preparse.h"
 #include "landxml_import/import_landxml.h"
+#include "vesk/diagnostics.h"
 
 class CLandXmlFuzzUi : public roadx::host::CNullUi {
 public:
@@ -61,7 +63,8 @@ public:
 };
 
 // How the two readings of one input went: the surfaces' points and faces read
-// from the scanned buffer (the import's way) and through the DOM alone.
+// from the scanned buffer (the import's way; for inputs of odd size with the
+// faces read on a second thread) and through the DOM alone.
 struct TLandXmlFuzzRun {
     TExchangeStatus status;  // of the scanned reading
     bool pathsAgree = true;  // same status, message and trace both ways
@@ -72,7 +75,8 @@ inline TExchangeStatus LandXmlFuzzImport(const std::string& path, bool scanSurfa
     CHostUiScope uiScope(&ui);
     CTraceScope traceScope(&trace);
     CVantriDoc doc;
-    return roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, scanSurfaces);
+    vesk::diag::CSink sink;  // the diagnostics run too, and must not change the trace
+    return roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, scanSurfaces, &sink);
 }
 
 inline TLandXmlFuzzRun LandXmlFuzzBoth(const uint8_t* data, size_t size, const std::string& scratchDir) {
@@ -84,10 +88,13 @@ inline TLandXmlFuzzRun LandXmlFuzzBoth(const uint8_t* data, size_t size, const s
     const bool written = std::fwrite(data, 1, size, f) == size;
     std::fclose(f);
     if (written) {
+        // Inputs of odd size read every scanned Faces on the second thread.
+        CFacePreparse::SetMinFaces(size % 2 ? 1 : CFacePreparse::kMinFaces);
         CLandXmlFuzzTrace scanned, dom;
         run.status = LandXmlFuzzImport(path, true, scanned);
         const TExchangeStatus domStatus = LandXmlFuzzImport(path, false, dom);
         run.pathsAgree = scanned == dom && run.status.code == domStatus.code && run.status.message == domStatus.message;
+        CFacePreparse::SetMinFaces(CFacePreparse::kMinFaces);
     }
     std::remove(path.c_str());
     return run;

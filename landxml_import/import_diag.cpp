@@ -112,11 +112,44 @@ void CImportDiagScope::Report(const char* kind, const XmlSection& where, std::st
     sink_->Report(std::move(r));
 }
 
+// The value of attribute `key` in the attributes of a start tag as written
+// (name="v" or name = 'v', blanks between), the first one; "" when absent.
+std::string_view AttributeOf(std::string_view attrs, std::string_view key) {
+    size_t i = 0;
+    auto skip = [&] {
+        while (i < attrs.size() && std::strchr(" \t\r\n", attrs[i]) && attrs[i] != '\0') ++i;
+    };
+    for (;;) {
+        skip();
+        const size_t nameAt = i;
+        while (i < attrs.size() && !std::strchr(" \t\r\n=", attrs[i])) ++i;
+        const std::string_view name = attrs.substr(nameAt, i - nameAt);
+        skip();
+        if (name.empty() || i >= attrs.size() || attrs[i] != '=') return {};
+        ++i;
+        skip();
+        if (i >= attrs.size() || (attrs[i] != '"' && attrs[i] != '\'')) return {};
+        const size_t valueAt = i + 1;
+        const size_t q = attrs.find(attrs[i], valueAt);
+        if (q == std::string_view::npos) return {};
+        if (name == key) return attrs.substr(valueAt, q - valueAt);
+        i = q + 1;
+    }
+}
+
+// Whether an element named `name` starts at text[at] ('<', the name, then a
+// blank, '/' or '>').
+bool StartsElement(std::string_view text, size_t at, std::string_view name) {
+    const size_t next = at + 1 + name.size();
+    return next < text.size() && text.compare(at + 1, name.size(), name) == 0 &&
+           std::strchr(" \t\r\n/>", text[next]) != nullptr && text[next] != '\0';
+}
+
 std::string CImportDiagScope::UnparsedChild(pugi::xml_node node, size_t offset) {
     // Surface points and faces may be read from the scanned buffer without
     // nodes: the token's own element is the tag opened last before it.
     LineOf(offset + 256);  // the file read past the token's tag
-    const std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
+    std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
     if (offset > text.size()) return "";
     const size_t open = text.rfind('<', offset);
     const ptrdiff_t nodeAt = node.offset_debug();
@@ -127,12 +160,36 @@ std::string CImportDiagScope::UnparsedChild(pugi::xml_node node, size_t offset) 
     if (step.empty()) return "";
     const size_t close = text.find('>', end);
     const std::string_view attrs = text.substr(end, close == std::string_view::npos ? 0 : close - end);
-    const size_t id = attrs.find("id=\"");
-    if (id != std::string_view::npos) {
-        const size_t q = attrs.find('"', id + 4);
-        if (q != std::string_view::npos) step += " " + std::string(attrs.substr(id + 4, q - id - 4));
+    // As Step() names a node: its name, else its id, else its number.
+    if (const std::string_view v = AttributeOf(attrs, "name"); !v.empty()) return " / " + step + " \"" + std::string(v) + "\"";
+    if (const std::string_view v = AttributeOf(attrs, "id"); !v.empty()) return " / " + step + " " + std::string(v);
+    return " / " + step + SiblingSuffix(node, static_cast<size_t>(nodeAt), open, step);
+}
+
+// The number an element without id has among the scanned siblings of its
+// name, as Step() gives it for a node: " 3", or "" when it is the only one.
+// Scanned content has the plain form, so every "<F " in it starts an F.
+std::string CImportDiagScope::SiblingSuffix(pugi::xml_node parent, size_t parentAt, size_t open, std::string_view name) {
+    std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
+    const std::string pattern = "<" + std::string(name);
+    int number = 1;
+    for (size_t at = text.find(pattern, parentAt); at < open; at = text.find(pattern, at + 1))
+        if (StartsElement(text, at, name)) ++number;
+    bool several = number > 1;
+    if (!several) {
+        // A later sibling, before the parent's end tag: read on until either.
+        const std::string endTag = "</" + std::string(parent.name());
+        for (size_t want = open + 4096;; want *= 2) {
+            LineOf(want);
+            text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
+            const size_t stop = text.find(endTag, open);
+            size_t at = text.find(pattern, open + 1);
+            while (at != std::string_view::npos && at < stop && !StartsElement(text, at, name)) at = text.find(pattern, at + 1);
+            several = at != std::string_view::npos && at < stop;
+            if (several || stop != std::string_view::npos || want >= text.size()) break;
+        }
     }
-    return " / " + step;
+    return several ? " " + std::to_string(number) : "";
 }
 
 void CImportDiagScope::ReportText(const char* kind, std::string_view text, std::string message, std::string instead) {

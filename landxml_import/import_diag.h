@@ -47,6 +47,7 @@ private:
     // Fills the record's file, offset, line and element path from where.
     void Place(vesk::diag::TRecord& r, const XmlSection& where);
     std::string UnparsedChild(pugi::xml_node node, size_t offset);
+    std::string SiblingSuffix(pugi::xml_node parent, size_t parentAt, size_t open, std::string_view name);
 
     vesk::diag::CSink* sink_;
     std::string file_;

@@ -15,6 +15,7 @@
 
 #include "host/dtm.h"
 #include "landxml_import/boundary_chain.h"
+#include "landxml_import/face_preparse.h"
 #include "landxml_import/fixed_numbers.h"
 #include "landxml_import/import_diag.h"
 #include "landxml_import/reader_messages.h"
@@ -125,6 +126,23 @@ void ImportPoints(TTinRead& r, const TTinList& pnts, const CSurfaceScan* scan) {
     });
 }
 
+// The faces a second thread has read while the points were imported: the
+// plain ones as numbers, the others through AddFace, in document order.
+void ReplayFaces(TTinRead& r, CFacePreparse& pre, const CSurfaceScan& scan, const TScannedList& list) {
+    const char* released = scan.Begin(list);
+    pre.Replay(
+        [&](const int* f) {
+            r.builder.AddTri(f[0], f[1], f[2]);
+            if (!r.tin) r.builder.AddTri(f[0], f[2], f[3]);
+        },
+        [&](std::string_view text) { AddFace(r, text); },
+        [&](const char* upTo) {
+            scan.ReleaseRead(released, upTo);
+            released = upTo;
+        });
+    scan.ReleaseRead(released, scan.End(list));
+}
+
 void ImportFaces(TTinRead& r, const TTinList& faces, const CSurfaceScan* scan) {
     if (faces.scanned) {
         scan->ForEach(*faces.scanned, [&](const TScannedElem& e) { AddFace(r, e.text); });
@@ -162,10 +180,15 @@ void ImportDefinition(const XmlSection& surface, const XmlSection& def, CDtmPrj*
         const size_t trisPerFace = r.tin ? 1 : 2;
         tris->Reserve(tris->GetNoTriVrts() + pnts.Count('P'), tris->GetNoTris() + faces.Count('F') * trisPerFace);
     }
+    CFacePreparse pre;
+    if (faces.scanned && CFacePreparse::Worthwhile(*faces.scanned)) pre.Start(*scan, *faces.scanned, r.tin ? 3 : 4);
     const int64_t repeatedBefore = builder.GetRepeatedVertIds();
     ImportPoints(r, pnts, scan);
     const int64_t droppedBefore = builder.GetDroppedTris();
-    ImportFaces(r, faces, scan);
+    if (pre.Started())
+        ReplayFaces(r, pre, *scan, *faces.scanned);
+    else
+        ImportFaces(r, faces, scan);
     ReportSurfaceIds(pnts.node, faces.node, builder.GetRepeatedVertIds() - repeatedBefore,
                      builder.GetDroppedTris() - droppedBefore);
 }

@@ -55,9 +55,20 @@ public:
     const TScannedList* Find(const char* name) const;
 
     // Calls fn(const TScannedElem&) for every child of a scanned list, in
-    // document order.
+    // document order. With mayRelease false the bytes stay (for a reader on
+    // another thread whose texts are looked at later; it gives them back
+    // with ReleaseRead).
     template <class Fn>
-    void ForEach(const TScannedList& list, Fn&& fn) const;
+    void ForEach(const TScannedList& list, Fn&& fn, bool mayRelease = true) const;
+
+    // Gives back what lies between two texts of a list once both are read
+    // (when ReleaseAfterReading is on): from..to are pointers into it.
+    void ReleaseRead(const char* from, const char* to) const {
+        if (release_) Release(static_cast<size_t>(from - base_), static_cast<size_t>(to - base_));
+    }
+    // The first byte of a list's content, as a pointer into the buffer.
+    const char* Begin(const TScannedList& list) const { return base_ + list.begin; }
+    const char* End(const TScannedList& list) const { return base_ + list.end; }
 
     size_t Ranges() const { return lists_.size(); }
 
@@ -92,7 +103,8 @@ private:
 };
 
 template <class Fn>
-void CSurfaceScan::ForEach(const TScannedList& list, Fn&& fn) const {
+void CSurfaceScan::ForEach(const TScannedList& list, Fn&& fn, bool mayRelease) const {
+    const bool release = release_ && mayRelease;
     const std::string_view bytes(base_ + list.begin, list.end - list.begin);
     size_t at = SkipSpace(bytes, 0);
     size_t released = 0;
@@ -100,10 +112,10 @@ void CSurfaceScan::ForEach(const TScannedList& list, Fn&& fn) const {
     while (at < bytes.size() && ReadElem(bytes, at, list.tag, e)) {
         fn(e);
         at = SkipSpace(bytes, at);
-        if (release_ && at - released >= kReleaseStep) {
+        if (release && at - released >= kReleaseStep) {
             Release(list.begin + released, list.begin + at);
             released = at;
         }
     }
-    if (release_) Release(list.begin + released, list.end);
+    if (release) Release(list.begin + released, list.end);
 }

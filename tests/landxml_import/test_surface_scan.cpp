@@ -12,6 +12,8 @@
 #include <vector>
 
 #include "fuzz/landxml_fuzz_one.h"
+#include "landxml_import/face_preparse.h"
+#include "landxml_import/text_lists.h"
 #include "landxml_import/xml_reader.h"
 #include "lx1_test_util.h"
 #include "tests/common/test_data.h"
@@ -24,28 +26,35 @@ using lx1test::CTempFile;
 struct TOneWay {
     TExchangeStatus status;
     std::vector<std::string> lines;
+    std::vector<std::string> records;  // the diagnostics, one line each
 };
 
-TOneWay ImportOneWay(const std::string& path, bool scan) {
+TOneWay ImportOneWay(const std::string& path, bool scan, bool withSink = false) {
     TOneWay r;
     CTraceMemory trace;
     CScriptedUi ui;
     CVantriDoc doc;
+    vesk::diag::CSink sink;
     {
         CTraceScope traceScope(&trace);
         CHostUiScope uiScope(&ui);
-        r.status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, scan);
+        r.status = roadx::landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, scan,
+                                                       withSink ? &sink : nullptr);
     }
     r.lines = std::move(trace.lines);
+    for (const auto& d : sink.Records())
+        r.records.push_back(d.kind + " " + std::to_string(d.count) + " line " + std::to_string(d.line) + " " +
+                            d.element + ": " + d.message + "; " + d.instead);
     return r;
 }
 
 // Imports a file both ways and compares; returns the scanned trace's length.
-size_t ExpectSameBothWays(const std::string& path, const std::string& what) {
-    const TOneWay scanned = ImportOneWay(path, true);
-    const TOneWay dom = ImportOneWay(path, false);
+size_t ExpectSameBothWays(const std::string& path, const std::string& what, bool withSink = false) {
+    const TOneWay scanned = ImportOneWay(path, true, withSink);
+    const TOneWay dom = ImportOneWay(path, false, withSink);
     EXPECT_EQ(scanned.status.code, dom.status.code) << what;
     EXPECT_EQ(scanned.status.message, dom.status.message) << what;
+    EXPECT_EQ(scanned.records, dom.records) << what;
     EXPECT_EQ(scanned.lines.size(), dom.lines.size()) << what;
     if (scanned.lines != dom.lines) {
         for (size_t i = 0; i < std::min(scanned.lines.size(), dom.lines.size()); ++i)
@@ -71,12 +80,24 @@ std::string ReadBytes(const std::filesystem::path& p) {
     return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
 }
 
+// Every scanned Faces read on the second thread, however small, for the
+// life of a test.
+class CFacesOnSecondThread {
+public:
+    CFacesOnSecondThread() { CFacePreparse::SetMinFaces(1); }
+    ~CFacesOnSecondThread() { CFacePreparse::SetMinFaces(CFacePreparse::kMinFaces); }
+};
+
 TEST(SurfaceScan, EverySampleFileGivesTheSameTraceBothWays) {
     size_t files = 0, scannedRanges = 0;
     for (const auto& e : std::filesystem::directory_iterator(roadx::test::DataPath("landxml"))) {
         if (e.path().extension() != ".xml") continue;
         ++files;
-        ExpectSameBothWays(e.path().string(), e.path().filename().string());
+        ExpectSameBothWays(e.path().string(), e.path().filename().string(), true);
+        {
+            CFacesOnSecondThread second;
+            ExpectSameBothWays(e.path().string(), e.path().filename().string() + " (second thread)", true);
+        }
         scannedRanges += ScannedRanges(ReadBytes(e.path()));
     }
     EXPECT_GE(files, 20u);
@@ -221,9 +242,101 @@ TEST(SurfaceScan, RandomSurfacesReadTheSame) {
         for (int i = 0; i < nf; ++i) faces += pick(seps) + "<F>" + text(3 + static_cast<int>(rng() % 2)) + "</F>";
         if (rng() % 30 == 0) faces += "<F>1 2</F>";
         const std::string surfType = rng() % 4 ? "TIN" : "grid";
-        scanned += Check(Doc(Surface("S" + std::to_string(doc), surfType, pnts, faces)), "random" + std::to_string(doc));
+        const std::string xml = Doc(Surface("S" + std::to_string(doc), surfType, pnts, faces));
+        scanned += Check(xml, "random" + std::to_string(doc));
+        CFacesOnSecondThread second;
+        CTempFile file(xml, "random_second" + std::to_string(doc) + ".xml");
+        ExpectSameBothWays(file.path(), "random (second thread) " + std::to_string(doc), true);
     }
     EXPECT_GE(scanned, 60u);
+}
+
+// Surfaces large enough that their faces are read on a second thread while
+// the points are read: plain faces mixed with every other form (tabs,
+// signs, ten digits, too few or too many ids, non-numbers), TIN and
+// quadrilateral, with and without a diagnostics sink, and imports that end
+// on a short point (while the second thread is still reading) or on a short
+// face near the end. Trace, status and diagnostics must match the DOM's.
+TEST(SurfaceScan, FacesReadOnASecondThreadReadTheSame) {
+    std::mt19937 rng(1515);
+    // Forms with enough ids for either kind of surface (a short face ends
+    // the import; that is its own case below).
+    const std::vector<std::string> odd = {"1\t2 3 4 5", "+1 2 3 4", "1 2 3 4 5",  "0012 7 9 1", "1234567890 1 2 3",
+                                          "a 2 3 4",   "1 2 3e1 4", "\n1 2 3 4 ", "1  2   3 4", "-0 1 2 3",
+                                          "99 98 97 96 95", "12 13 14 15"};
+    struct Case {
+        const char* name;
+        bool tin;
+        int shortPointAt;  // -1: none
+        bool shortFaceAtEnd;
+        bool sink;
+    };
+    const Case cases[] = {{"tin", true, -1, false, true},       {"grid", false, -1, false, true},
+                          {"tin_no_sink", true, -1, false, false}, {"short_point", true, 150, false, true},
+                          {"short_face_at_end", true, -1, true, true}};
+    const size_t faces = CFacePreparse::kMinFaces + 1000;
+    for (const Case& c : cases) {
+        std::string pnts, fs;
+        for (int i = 0; i < 200; ++i)
+            pnts += "<P id=\"" + std::to_string(i) + "\">" +
+                    (i == c.shortPointAt ? std::string("1 2") : std::to_string(i) + " " + std::to_string(i % 7) + " 1") +
+                    "</P>\n";
+        for (size_t f = 0; f < faces; ++f) {
+            std::string t;
+            if (rng() % 50 == 0) {
+                t = odd[rng() % odd.size()];
+            } else {
+                const int n = c.tin ? 3 : 4;
+                for (int k = 0; k < n; ++k) t += (k ? " " : "") + std::to_string(rng() % 220);
+            }
+            fs += "<F>" + t + "</F>\n";
+        }
+        if (c.shortFaceAtEnd) fs += "<F>7</F>\n";
+        const std::string xml = Doc(Surface("S", c.tin ? "TIN" : "grid", pnts, fs));
+        CTempFile file(xml, std::string("second_thread_") + c.name + ".xml");
+        // One trace line a triangle when the import reads to the end.
+        const size_t lines = ExpectSameBothWays(file.path(), c.name, c.sink);
+        if (c.shortPointAt < 0) {
+            EXPECT_GT(lines, faces) << c.name;
+        }
+        EXPECT_EQ(ScannedRanges(xml), 2u) << c.name;
+    }
+}
+
+// A face the second thread takes must read as the text lists read it, with
+// nothing to report; every other text is left to the ordinary reader.
+TEST(SurfaceScan, PlainFacesAreExactlyThoseTheTextListsReadWithoutReport) {
+    std::mt19937 rng(77);
+    const std::vector<std::string> pieces = {"1", "0", "42", "007", "123456789", "1234567890", "+3", "-3", "x",
+                                             " ", "  ", "\t", "\n", "3e2", "2147483647", "\r", "9 "};
+    size_t plain = 0;
+    for (int round = 0; round < 20000; ++round) {
+        std::string text;
+        const int n = 1 + static_cast<int>(rng() % 7);
+        if (rng() % 2) {
+            // Mostly numbers, blanks around and between as they come.
+            for (int k = 0; k < 3 + static_cast<int>(rng() % 2); ++k)
+                text += std::string(rng() % 3, ' ') + std::to_string(rng() % 100000) + (rng() % 3 ? " " : "");
+        } else {
+            for (int k = 0; k < n; ++k) text += pieces[rng() % pieces.size()] + (rng() % 2 ? " " : "");
+        }
+        for (int corners : {3, 4}) {
+            int ids[4] = {-5, -5, -5, -5};
+            const bool taken = CFacePreparse::ReadPlain(text, corners, ids);
+            std::vector<int> values;
+            ReadIntList(text, values);
+            bool allDigits = true;
+            ForEachToken(text, [&](std::string_view tok) {
+                allDigits = allDigits && tok.size() <= 9 && tok.find_first_not_of("0123456789") == std::string_view::npos;
+            });
+            const bool expected = allDigits && values.size() == static_cast<size_t>(corners);
+            ASSERT_EQ(taken, expected) << "[" << text << "] " << corners;
+            if (!taken) continue;
+            ++plain;
+            for (int k = 0; k < corners; ++k) EXPECT_EQ(ids[k], values[static_cast<size_t>(k)]) << text;
+        }
+    }
+    EXPECT_GT(plain, 500u);
 }
 
 }  // namespace
