@@ -146,6 +146,24 @@ void CheckOptionsFit(const exchange::TFormat& f, const std::vector<std::string>&
     }
 }
 
+void CheckImportOptionsFit(const ImportOptions& o, const std::vector<std::string>& inputs) {
+    if (o.geometry.empty()) return;
+    std::vector<std::string> formats, using_;
+    for (const std::string& in : inputs) {
+        const exchange::TFormat* f = exchange::DetectInputFormat(in);
+        if (!f) return;
+        if (f->importUses & exchange::kUseGeometry) return;
+        if (!Contains(formats, f->name)) formats.push_back(f->name);
+    }
+    for (const exchange::TFormat& f : exchange::Formats())
+        if (f.import && (f.importUses & exchange::kUseGeometry)) using_.push_back(f.name);
+    std::string readers;
+    for (size_t i = 0; i < using_.size(); ++i) readers += (i == 0 ? "" : " and ") + using_[i];
+    std::string names;
+    for (size_t i = 0; i < formats.size(); ++i) names += (i == 0 ? "" : " and ") + formats[i];
+    throw CliError(kExitUsage, "--geometry does not apply to " + names + " input; it applies to " + readers + " input");
+}
+
 void CheckExportNames(CVantriDoc& doc, const ExportOptions& o, const exchange::TFormat& f) {
     std::vector<std::string> roads, surfaces, groups, gps, jobs;
     for (unsigned i = 0; i < doc.GetLibRoad()->GetNumRoads(); ++i) roads.push_back(doc.GetLibRoad()->GetRoad(i)->GetName());

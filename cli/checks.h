@@ -29,6 +29,11 @@ void CheckSectionCodeSyntax(const std::vector<std::string>& pairs);
 // The import options name only what the inputs offered.
 void CheckImportNames(const ImportOptions& o, const CCliUi::TOffered& offered);
 
+// The import options given that only some formats use (--geometry) apply to
+// at least one input; inputs whose format cannot be told yet are left to
+// the import to refuse.
+void CheckImportOptionsFit(const ImportOptions& o, const std::vector<std::string>& inputs);
+
 // The export options given (long names, "--road") all apply to format f.
 void CheckOptionsFit(const exchange::TFormat& f, const std::vector<std::string>& given);
 // The export selections and --road name only what the document holds.

@@ -51,6 +51,17 @@ void AddImportOptions(CLI::App& app, ImportOptions& o) {
                    "LandXML geometry check: report plan elements whose computed end lies more than this many "
                    "metres from the file's End (default 0.001)")
         ->check(CLI::NonNegativeNumber);
+    app.add_option("--geometry", o.geometry,
+                   "LandXML plan: 'attributes' places each element by its directions, lengths and stations (the "
+                   "default); 'points' takes its start direction and sweep from its Start, End, Center and PI")
+        ->type_name("points|attributes")
+        ->check(CLI::Validator(
+            [](std::string& v) {
+                return v == "points" || v == "attributes"
+                           ? std::string()
+                           : "\"" + v + "\" is neither \"points\" nor \"attributes\"";
+            },
+            "points|attributes", "geometry mode"));
     app.add_flag("--strict", o.strict,
                  "any warning (data left out, defaulted, cut or changed) is an error: exit 1, nothing written");
 }

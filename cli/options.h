@@ -21,6 +21,9 @@ struct ImportOptions {
     bool quiet = false;
     bool strict = false;  // any warning of an import or export is an error
     double tolerance = 0.001;  // metres: the LandXML geometry check's threshold
+    // LandXML plan: "attributes" (the default) or "points"; "" when not
+    // given (attributes).
+    std::string geometry;
 };
 
 struct ExportOptions {

@@ -66,6 +66,7 @@ void Session::CloseTrace() {
 }
 
 void Session::ImportAll(const std::vector<std::string>& files) {
+    CheckImportOptionsFit(imp_, files);
     for (const auto& f : files) ImportOne(f);
     CheckImportNames(imp_, ui_.Offered());
 }
@@ -92,7 +93,9 @@ void Session::ImportOne(const std::string& path) {
     block.roads[0] = doc_.GetLibRoad()->GetNumRoads();
     block.surfaces[0] = doc_.GetLibDtm()->GetNoPrj();
     block.pointGroups[0] = doc_.GetLibPnt()->GetGrpArSize();
-    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f, &sink_);
+    exchange::TImportRequest request;
+    request.pointsGeometry = imp_.geometry == "points";
+    const TExchangeStatus st = exchange::ImportFile(doc_, path, *f, &sink_, request);
     block.endRecord = sink_.Records().size();
     block.roads[1] = doc_.GetLibRoad()->GetNumRoads();
     block.surfaces[1] = doc_.GetLibDtm()->GetNoPrj();

@@ -47,8 +47,12 @@ bool SniffLandXML(const std::string& head) {
     return head.find("<LandXML") != std::string::npos || head.find(":LandXML") != std::string::npos;
 }
 
-TExchangeStatus ImportLandXMLRow(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink) {
-    return landxml::ImportLandXMLStatus(&doc, path.c_str(), false, false, true, sink);
+TExchangeStatus ImportLandXMLRow(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink,
+                                 const TImportRequest& request) {
+    landxml::TImportOptions options;
+    options.sink = sink;
+    options.geometry = request.pointsGeometry ? landxml::EPlanGeometry::Points : landxml::EPlanGeometry::Attributes;
+    return landxml::ImportLandXMLWith(&doc, path.c_str(), false, false, options);
 }
 
 // The host's dialogs (answered by the caller) choose what and where.
@@ -60,7 +64,7 @@ TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest&, vesk::d
 
 bool SniffRD3(const std::string& head) { return head.compare(0, 10, "Topcon RD3") == 0; }
 
-TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink*) {
+TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink*, const TImportRequest&) {
     return rd3::ImportRD3Status(&doc, path.c_str());
 }
 
@@ -121,7 +125,7 @@ const std::vector<TFormat>& Formats() {
     static const std::vector<TFormat> kFormats = {
         // name       --to keys            extensions  sniff         import          export            uses
         {"LandXML", {"xml", "landxml"}, {"xml"}, SniffLandXML, ImportLandXMLRow, ExportLandXMLRow,
-         kUseRoads | kUseSurfaces | kUsePointGroups | kUseGpsGroups | kUseJobs},
+         kUseRoads | kUseSurfaces | kUsePointGroups | kUseGpsGroups | kUseJobs, kUseGeometry},
         {"RD3", {"rd3"}, {"rd3"}, SniffRD3, ImportRD3Row, ExportRD3Row, kUseOneRoad},
         {"DXF", {"dxf"}, {"dxf"}, nullptr, nullptr, ExportDXFRow, kUseDrawingVersion | kUseContours | kUseClouds},
         {"DWG", {"dwg"}, {"dwg"}, nullptr, nullptr, ExportDWGRow, kUseDrawingVersion | kUseContours | kUseClouds},
@@ -185,10 +189,11 @@ std::vector<std::string> InputExtensions() {
     return exts;
 }
 
-TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f, vesk::diag::CSink* sink) {
+TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f, vesk::diag::CSink* sink,
+                           const TImportRequest& request) {
     if (!f.import)
         return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT, std::string(f.name) + " files are not read");
-    return f.import(doc, path, sink);
+    return f.import(doc, path, sink, request);
 }
 
 TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request,

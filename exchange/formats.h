@@ -49,9 +49,24 @@ enum EExportUse : unsigned {
     kUseCell = 1u << 10,           // the elevation model's cell size (--cell)
 };
 
+// What an import needs beyond the path and the host's dialogs. The default
+// request is the import the host gets.
+struct TImportRequest {
+    // LandXML: each plan element's start tangent and sweep from the file's
+    // coordinates (Start, End, Center, PI) instead of its directions.
+    bool pointsGeometry = false;
+};
+
+// What of an import request a format honours: the command line refuses an
+// import option that no input's format uses (as EExportUse for outputs).
+enum EImportUse : unsigned {
+    kUseGeometry = 1u << 0,  // how the plan is placed (--geometry)
+};
+
 // `sink` (may be null) receives what the import or export skipped, defaulted,
 // clamped, cut or could not carry; it changes nothing else.
-using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink);
+using ImportFn = TExchangeStatus (*)(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink,
+                                     const TImportRequest& request);
 using ExportFn = TExchangeStatus (*)(CVantriDoc& doc, const TExportRequest& request, vesk::diag::CSink* sink);
 // True when the first bytes of a file are this format's.
 using SniffFn = bool (*)(const std::string& head);
@@ -64,6 +79,7 @@ struct TFormat {
     ImportFn import = nullptr;            // nullptr: not read
     ExportFn exportTo = nullptr;          // nullptr: not written
     unsigned uses = 0;                    // EExportUse bits: what the export honours
+    unsigned importUses = 0;              // EImportUse bits: what the import honours
 };
 
 // Every format, in the order of the table.
@@ -90,7 +106,7 @@ std::vector<std::string> InputExtensions();
 // write files of this kind.
 // With a sink, their diagnostics go to it (see vesk/diagnostics.h).
 TExchangeStatus ImportFile(CVantriDoc& doc, const std::string& path, const TFormat& f,
-                           vesk::diag::CSink* sink = nullptr);
+                           vesk::diag::CSink* sink = nullptr, const TImportRequest& request = {});
 TExchangeStatus ExportFile(CVantriDoc& doc, const TFormat& f, const TExportRequest& request,
                            vesk::diag::CSink* sink = nullptr);
 

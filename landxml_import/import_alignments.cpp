@@ -19,9 +19,10 @@ std::string AlignmentLabel(const CString& name) { return "alignment " + QuoteFor
 // The plan geometry; a rule that ends the import inside it is passed on with
 // the alignment named in front.
 bool ReadPlan(const XmlSection& alignment, const CString& name, CLoadVantriDati& builder, const TLandXmlUnits& units,
-              TPlanRefusal& refusal) {
+              roadx::landxml::EPlanGeometry geometry, TPlanRefusal& refusal) {
     try {
-        return ReadCoordGeom(alignment, builder, units.directionUnit, units.angularUnit, units.isMetric, &refusal);
+        return ReadCoordGeom(alignment, builder, units.directionUnit, units.angularUnit, units.isMetric, &refusal,
+                             geometry);
     } catch (const CLandXmlImportEnded& e) {
         throw CLandXmlImportEnded(AlignmentLabel(name) + ": " + e.what());
     }
@@ -37,7 +38,8 @@ void LinkTerrainAndRecalc(CRoadChangeContext* context, CRoad* road, CDtmPrj* ter
 
 // One alignment as a road; a status other than OK ends the loop.
 TExchangeStatus ImportAlignment(const XmlSection& alignment, const CString& name, CLoadVantriDati& builder,
-                                const TImportLandXMLResult& choices, CDtmPrj* terrain, const TLandXmlUnits& units) {
+                                const TImportLandXMLResult& choices, CDtmPrj* terrain, const TLandXmlUnits& units,
+                                roadx::landxml::EPlanGeometry geometry) {
     double staStart = 0.0;
     PX_Double(alignment, "staStart", staStart);
     if (!units.isMetric) FeetToMeters(staStart);
@@ -46,7 +48,7 @@ TExchangeStatus ImportAlignment(const XmlSection& alignment, const CString& name
 
     builder.StartRoadPlani();
     TPlanRefusal refusal = TPlanRefusal::NONE;
-    if (!ReadPlan(alignment, name, builder, units, refusal)) {
+    if (!ReadPlan(alignment, name, builder, units, geometry, refusal)) {
         builder.EndRoadPlani();
         builder.RemoveRoad();
         return TExchangeStatus::Fail(TExchangeStatus::ENDED_EARLY, AlignmentLabel(name) +
@@ -56,7 +58,7 @@ TExchangeStatus ImportAlignment(const XmlSection& alignment, const CString& name
     if (!road) return TExchangeStatus::Ok();
     LinkTerrainAndRecalc(context, road, terrain);
     CheckRoadStations(alignment, road);
-    CheckPlanAgainstFile(alignment, road, units.directionUnit, units.isMetric);
+    CheckPlanAgainstFile(alignment, road, units.directionUnit, units.isMetric, geometry);
 
     builder.StartRoadAlti();
     const bool profileOk = ImportProfiles(alignment, builder, units.isMetric);
@@ -76,14 +78,15 @@ TExchangeStatus ImportAlignment(const XmlSection& alignment, const CString& name
 }  // namespace
 
 TExchangeStatus ImportAlignments(const XmlSection& root, CLoadVantriDati& builder, TImportLandXMLResult choices,
-                                 CDtmPrj* terrain, const TLandXmlUnits& units) {
+                                 CDtmPrj* terrain, const TLandXmlUnits& units,
+                                 roadx::landxml::EPlanGeometry geometry) {
     const std::vector<CString> chosen = choices.alignments;
     for (const XmlSection alignments : root.Children("Alignments"))
         for (const XmlSection alignment : alignments.Children("Alignment")) {
             CString name;
             PX_String(alignment, "name", name);
             if (std::find(chosen.begin(), chosen.end(), name) == chosen.end()) continue;
-            const TExchangeStatus status = ImportAlignment(alignment, name, builder, choices, terrain, units);
+            const TExchangeStatus status = ImportAlignment(alignment, name, builder, choices, terrain, units, geometry);
             if (!status.ok()) return status;
         }
     return TExchangeStatus::Ok();

@@ -5,6 +5,7 @@
 #include "host/load_vantri_dati.h"
 #include "host/ui.h"
 #include "landxml_import/landxml_units.h"
+#include "landxml_import/plan_mode.h"
 #include "landxml_import/xml_reader.h"
 
 // Per chosen alignment, in document order: AddRoad, its plan geometry
@@ -18,5 +19,7 @@
 // the loop (ENDED_EARLY); roads made before stay. A rule that ends the
 // import inside a reader (CLandXmlImportEnded) leaves the road as far as it
 // was built and is passed on, naming the alignment.
+// `geometry` chooses how the plan elements are placed (plan_mode.h).
 TExchangeStatus ImportAlignments(const XmlSection& root, CLoadVantriDati& builder, TImportLandXMLResult choices,
-                                 CDtmPrj* terrain, const TLandXmlUnits& units);
+                                 CDtmPrj* terrain, const TLandXmlUnits& units,
+                                 roadx::landxml::EPlanGeometry geometry = roadx::landxml::EPlanGeometry::Attributes);

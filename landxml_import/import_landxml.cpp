@@ -31,7 +31,8 @@ TExchangeStatus LoadFailure(const TXmlLoadStatus& s) {
 }
 
 // Everything after the user's confirmation, in its fixed order.
-TExchangeStatus ImportChosen(const CXmlReader& reader, CLoadVantriDati& builder, const TImportLandXMLResult& choices) {
+TExchangeStatus ImportChosen(const CXmlReader& reader, CLoadVantriDati& builder, const TImportLandXMLResult& choices,
+                             roadx::landxml::EPlanGeometry geometry) {
     const XmlSection root = reader.Root();
     const TLandXmlUnits units = ReadUnits(root);
     CheckUnits(root);
@@ -44,7 +45,7 @@ TExchangeStatus ImportChosen(const CXmlReader& reader, CLoadVantriDati& builder,
     }
     CDtmPrj* terrain = nullptr;
     ImportSurfaces(root, builder, choices.surfaces, choices.terrain, units.isMetric, terrain, reader.SurfaceScan());
-    return ImportAlignments(root, builder, choices, terrain, units);
+    return ImportAlignments(root, builder, choices, terrain, units, geometry);
 }
 
 }  // namespace
@@ -53,13 +54,21 @@ namespace roadx::landxml {
 
 TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
                                     bool scanSurfaces, vesk::diag::CSink* sink) {
+    TImportOptions options;
+    options.scanSurfaces = scanSurfaces;
+    options.sink = sink;
+    return ImportLandXMLWith(doc, path, dialogFlagA, dialogFlagB, options);
+}
+
+TExchangeStatus ImportLandXMLWith(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
+                                  const TImportOptions& options) {
     CXmlReader reader;
     CLoadVantriDati builder(doc);
-    reader.EnableSurfaceScan(scanSurfaces);
+    reader.EnableSurfaceScan(options.scanSurfaces);
     reader.ReleaseScannedAfterReading(true);
     if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
     const XmlSection root = reader.Root();
-    CImportDiagScope diag(sink, path ? path : "", reader);
+    CImportDiagScope diag(options.sink, path ? path : "", reader);
 
     const std::vector<vesk::String> codes = SectionCodes(doc);
     const TLandXmlContents contents = ScanLandXml(root);
@@ -69,7 +78,7 @@ TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dia
         return TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "import cancelled");
 
     try {
-        return ImportChosen(reader, builder, choices);
+        return ImportChosen(reader, builder, choices, options.geometry);
     } catch (const CLandXmlImportEnded& e) {
         return TExchangeStatus::Fail(TExchangeStatus::ENDED_EARLY, e.what());
     }

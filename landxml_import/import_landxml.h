@@ -4,6 +4,7 @@
 // as a road with its plan geometry, vertical profile and cross sections.
 #pragma once
 #include "exchange/common/status.h"
+#include "landxml_import/plan_mode.h"
 #include "vesk/diagnostics.h"
 
 class IVantriDati;
@@ -31,5 +32,24 @@ TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dia
 // word: that call does not compile.
 TExchangeStatus ImportLandXMLStatus(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
                                     vesk::diag::CSink* sink) = delete;
+
+// What a caller beside the host may ask of the import beyond the status
+// function's arguments.
+//
+// The plan mode travels in this struct, down the call chain as an argument,
+// rather than in a per-thread scope like the diagnostics (import_diag.h):
+// diagnostics only watch, while the mode changes the builder calls the host
+// gets, so every function it reaches says so in its signature, and a scope
+// left open by mistake cannot change another import's geometry.
+struct TImportOptions {
+    bool scanSurfaces = true;            // as ImportLandXMLStatus's scanSurfaces
+    vesk::diag::CSink* sink = nullptr;   // as ImportLandXMLStatus's sink
+    EPlanGeometry geometry = EPlanGeometry::Attributes;
+};
+
+// ImportLandXMLStatus with options; with the default options it is that
+// call, builder call for builder call.
+TExchangeStatus ImportLandXMLWith(IVantriDati* doc, const char* path, bool dialogFlagA, bool dialogFlagB,
+                                  const TImportOptions& options);
 
 }  // namespace roadx::landxml

@@ -46,7 +46,8 @@ std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom) {
 }
 
 bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32_t directionUnit,
-                   uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal) {
+                   uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal,
+                   roadx::landxml::EPlanGeometry geometry) {
     for (const XmlSection coordGeom : alignment.Children("CoordGeom")) {
         TPlanRun run;
         CheckCoordGeomChildren(coordGeom);
@@ -54,10 +55,10 @@ bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32
             const std::string_view tag = e.GetSectionName();
             CheckPlanElement(e);
             if (tag == "Line") {
-                ReadLine(e, builder, directionUnit, isMetric, run.prog, run.dir);
+                ReadLine(e, builder, directionUnit, isMetric, run.prog, run.dir, geometry);
             } else if (tag == "Curve") {
-                ReadCurve(e, builder, directionUnit, angularUnit, isMetric, run.prog, run.dir);
-            } else if (!ReadSpiral(e, builder, directionUnit, isMetric, run.prog, run.dir, refusal)) {
+                ReadCurve(e, builder, directionUnit, angularUnit, isMetric, run.prog, run.dir, geometry);
+            } else if (!ReadSpiral(e, builder, directionUnit, isMetric, run.prog, run.dir, refusal, geometry)) {
                 return false;
             }
         }

@@ -4,6 +4,7 @@
 #include "landxml_import/landxml_units.h"
 #include "landxml_import/plan_common.h"
 #include "landxml_import/plan_geometry.h"
+#include "landxml_import/plan_points.h"
 #include "vesk/undefined.h"
 
 namespace {
@@ -26,24 +27,31 @@ double ReadSweep(const XmlSection& curve, uint32_t angularUnit, bool isMetric, d
 }  // namespace
 
 void ReadCurve(const XmlSection& curve, CLoadVantriDati& builder, uint32_t directionUnit, uint32_t angularUnit,
-               bool isMetric, double& prog, vesk::geom::VECTOR_2D& dir) {
+               bool isMetric, double& prog, vesk::geom::VECTOR_2D& dir, roadx::landxml::EPlanGeometry geometry) {
     double length = vesk::kUndefined;
     double radius = 0.0;
     ReadLength(curve, "length", length, isMetric);
     ReadLength(curve, "radius", radius, isMetric);
     const double startProg = ReadStartProg(curve, isMetric, prog);
     const vesk::geom::PNT_2D start = ReadPlanPoint(curve, "Start", isMetric);
-    const double sweep = NormalizeSweep(ReadSweep(curve, angularUnit, isMetric, length, radius, start));
-    ReadDirection(curve, "dirStart", directionUnit, dir);
-    const vesk::geom::VECTOR_2D startDir = dir;
+    double sweep = NormalizeSweep(ReadSweep(curve, angularUnit, isMetric, length, radius, start));
     const bool ccw = ReadCounterClockwise(curve);
+    // Points mode: the tangent and sweep from Center, Start and End; the
+    // stated radius (the distance Start–Center when none is stated).
+    double turns = vesk::IsDefined(length) && radius > 0.0 ? length / radius : sweep, centerRadius = 0.0;
+    const bool fromPoints = geometry == roadx::landxml::EPlanGeometry::Points &&
+                            CurveFromPoints(curve, isMetric, ccw, turns, dir, sweep, centerRadius);
+    if (fromPoints && !(radius > 0.0)) radius = centerRadius;
+    if (!fromPoints) ReadDirection(curve, "dirStart", directionUnit, dir);
+    const vesk::geom::VECTOR_2D startDir = dir;
     builder.AddRoadArc(startProg, start, startDir, radius, sweep, ccw);
 
-    const bool endDirGiven = ReadDirection(curve, "dirEnd", directionUnit, dir);
+    // Points mode ends in the arc's own end tangent, not the stated dirEnd.
+    const bool endDirGiven = !fromPoints && ReadDirection(curve, "dirEnd", directionUnit, dir);
     if (!endDirGiven || !vesk::IsDefined(length)) {
         const vesk::RefPtr<CArcPlaniElem> arc(new CArcPlaniElem(startProg, start, startDir, radius, sweep, ccw));
         if (!vesk::IsDefined(length)) length = arc->GetLength();
-        if (!endDirGiven) arc->GetTg(length, dir);
+        if (!endDirGiven) arc->GetTg(fromPoints ? arc->GetLength() : length, dir);
     }
     prog += length;
 }

@@ -20,6 +20,7 @@
 #include <vector>
 
 #include "host/load_vantri_dati.h"
+#include "landxml_import/plan_mode.h"
 #include "landxml_import/xml_reader.h"
 #include "vesk/geom.h"
 
@@ -35,18 +36,23 @@ enum class TPlanRefusal { NONE, SPIRAL_CONSTANT, SPIRAL_WITHOUT_LENGTH };
 const char* DescribePlanRefusal(TPlanRefusal r);
 
 // All CoordGeom children of the alignment; false when a spiral was refused
-// (why in `refusal`, when given).
+// (why in `refusal`, when given). `geometry` chooses how each element is
+// placed (plan_mode.h); the chainages are the same either way.
 bool ReadCoordGeom(const XmlSection& alignment, CLoadVantriDati& builder, uint32_t directionUnit,
-                   uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal = nullptr);
+                   uint32_t angularUnit, bool isMetric, TPlanRefusal* refusal = nullptr,
+                   roadx::landxml::EPlanGeometry geometry = roadx::landxml::EPlanGeometry::Attributes);
 
 void ReadLine(const XmlSection& line, CLoadVantriDati& builder, uint32_t directionUnit, bool isMetric, double& prog,
-              vesk::geom::VECTOR_2D& dir);
+              vesk::geom::VECTOR_2D& dir,
+              roadx::landxml::EPlanGeometry geometry = roadx::landxml::EPlanGeometry::Attributes);
 void ReadCurve(const XmlSection& curve, CLoadVantriDati& builder, uint32_t directionUnit, uint32_t angularUnit,
-               bool isMetric, double& prog, vesk::geom::VECTOR_2D& dir);
+               bool isMetric, double& prog, vesk::geom::VECTOR_2D& dir,
+               roadx::landxml::EPlanGeometry geometry = roadx::landxml::EPlanGeometry::Attributes);
 // False when the user declines to go on with a spiral whose stated constant
 // cannot be matched, or the spiral has neither length nor constant.
 bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t directionUnit, bool isMetric,
-                double& prog, vesk::geom::VECTOR_2D& dir, TPlanRefusal* refusal = nullptr);
+                double& prog, vesk::geom::VECTOR_2D& dir, TPlanRefusal* refusal = nullptr,
+                roadx::landxml::EPlanGeometry geometry = roadx::landxml::EPlanGeometry::Attributes);
 
 // The kinds of the CoordGeom children in the order their tags appear in the
 // element's XML text ("<Line", "<Curve", "<Spiral").
@@ -60,4 +66,5 @@ std::vector<XmlSection> ElementsInDocumentOrder(const XmlSection& coordGeom);
 // `alignment`) against the file's own End and the next element's Start;
 // reports through the import's diagnostics.
 class CRoad;
-void CheckPlanAgainstFile(const XmlSection& alignment, CRoad* road, uint32_t directionUnit, bool isMetric);
+void CheckPlanAgainstFile(const XmlSection& alignment, CRoad* road, uint32_t directionUnit, bool isMetric,
+                          roadx::landxml::EPlanGeometry geometry = roadx::landxml::EPlanGeometry::Attributes);

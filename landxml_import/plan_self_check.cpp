@@ -82,6 +82,30 @@ std::string LikelyCause(const std::vector<XmlSection>& elements, const XmlSectio
     return "";
 }
 
+std::string Metres(double d);
+
+// In points mode the directions are not read where points are, so a miss
+// lies in the element itself: points it lacks, or numbers that disagree
+// with its points.
+std::string PointsModeCause(const XmlSection& e, bool isMetric) {
+    const std::string_view tag = e.GetSectionName();
+    const bool hasStart = e.IsSectionExists("Start"), hasEnd = e.IsSectionExists("End");
+    if (tag == "Line" && !(hasStart && hasEnd))
+        return "the Line lacks its Start or End: placed by its attributes";
+    if (tag == "Curve") {
+        if (!(hasStart && hasEnd && e.IsSectionExists("Center")))
+            return "the Curve lacks its Start, Center or End: placed by its attributes";
+        double radius = 0;
+        const double fromCenter = Distance(ReadPlanPoint(e, "Start", isMetric), ReadPlanPoint(e, "Center", isMetric));
+        if (ReadLength(e, "radius", radius, isMetric) && radius > 0 && std::fabs(radius - fromCenter) > 1e-6)
+            return "the file's radius " + Metres(radius) + " is not the distance Start–Center " + Metres(fromCenter);
+    }
+    if (tag == "Spiral")
+        return e.IsSectionExists("PI") ? "the file's length and radii do not reach its End from its Start toward its PI"
+                                       : "the Spiral has no PI: it goes on in the direction of the element before it";
+    return "";
+}
+
 std::string Metres(double d) {
     char buf[64];
     std::snprintf(buf, sizeof buf, "%.3f m", d);
@@ -90,7 +114,8 @@ std::string Metres(double d) {
 
 }  // namespace
 
-void CheckPlanAgainstFile(const XmlSection& alignment, CRoad* road, uint32_t directionUnit, bool isMetric) {
+void CheckPlanAgainstFile(const XmlSection& alignment, CRoad* road, uint32_t directionUnit, bool isMetric,
+                          roadx::landxml::EPlanGeometry geometry) {
     CImportDiagScope* diag = CImportDiagScope::Current();
     if (!diag || !road) return;
     // The numbers were reported when the plan was read; not again.
@@ -126,7 +151,9 @@ void CheckPlanAgainstFile(const XmlSection& alignment, CRoad* road, uint32_t dir
                      "each element starts at its own Start", gaps);
     if (off > 0) {
         const std::string cause =
-            LikelyCause(elements, elements[firstOff], directionUnit, isMetric, gapBeforeFirstOff);
+            geometry == roadx::landxml::EPlanGeometry::Points
+                ? PointsModeCause(elements[firstOff], isMetric)
+                : LikelyCause(elements, elements[firstOff], directionUnit, isMetric, gapBeforeFirstOff);
         std::string message = "the computed end lies " + Metres(firstDist) + " from the file's End";
         if (worst != firstOff)
             message += " (largest " + Metres(worstDist) + " at " + ElementPath(elements[worst]) + ")";

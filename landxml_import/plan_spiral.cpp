@@ -8,6 +8,7 @@
 #include "landxml_import/plan_common.h"
 #include "landxml_import/import_diag.h"
 #include "landxml_import/plan_geometry.h"
+#include "landxml_import/plan_points.h"
 #include "landxml_import/text_lists.h"
 #include "vesk/undefined.h"
 
@@ -68,7 +69,8 @@ const char* DescribePlanRefusal(TPlanRefusal r) {
 }
 
 bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t directionUnit, bool isMetric,
-                double& prog, vesk::geom::VECTOR_2D& dir, TPlanRefusal* refusal) {
+                double& prog, vesk::geom::VECTOR_2D& dir, TPlanRefusal* refusal,
+                roadx::landxml::EPlanGeometry geometry) {
     double length = vesk::kUndefined;
     ReadLength(spiral, "length", length, isMetric);
     TSpiralRadius rs = ReadSpiralRadius(spiral, "radiusStart");
@@ -100,7 +102,11 @@ bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t dir
         return false;
     }
 
-    ReadDirection(spiral, "dirStart", directionUnit, dir);
+    // Points mode: toward the PI, else on from the element before; the
+    // stated dirStart only for a first spiral without a PI.
+    const bool points = geometry == roadx::landxml::EPlanGeometry::Points;
+    if (!points || (!SpiralDirFromPoints(spiral, isMetric, dir) && !IsDefinedDir(dir)))
+        ReadDirection(spiral, "dirStart", directionUnit, dir);
     const vesk::geom::VECTOR_2D startDir = dir;
     const vesk::geom::PNT_2D start = ReadPlanPoint(spiral, "Start", isMetric);
     if (rs.infinite || re.infinite)
@@ -108,11 +114,12 @@ bool ReadSpiral(const XmlSection& spiral, CLoadVantriDati& builder, uint32_t dir
     else
         builder.AddRoadClotCont(startProg, start, startDir, 1.0, A, rs.value, re.value, ccw);
 
-    const bool endDirGiven = ReadDirection(spiral, "dirEnd", directionUnit, dir);
+    // Points mode ends in the spiral's own end tangent, not the stated dirEnd.
+    const bool endDirGiven = !points && ReadDirection(spiral, "dirEnd", directionUnit, dir);
     if (!endDirGiven || !vesk::IsDefined(length)) {
         const vesk::RefPtr<CPlaniElem> elem(MakeSpiralElem(startProg, start, startDir, A, rs, re, ccw));
         if (!vesk::IsDefined(length)) length = elem->GetLength();
-        if (!endDirGiven) elem->GetTg(length, dir);
+        if (!endDirGiven) elem->GetTg(points ? elem->GetLength() : length, dir);
     }
     prog += length;
     return true;
