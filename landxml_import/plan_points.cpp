@@ -38,7 +38,8 @@ bool CurveFromPoints(const XmlSection& curve, bool isMetric, bool ccw, double tu
     if (!(r > kSamePoint) || !std::isfinite(r) || !(toEnd.Length() > kSamePoint) || !std::isfinite(toEnd.Length()))
         return false;
     // Turning left the tangent is the radius vector turned a quarter left.
-    startDir = ccw ? VECTOR_2D(-toStart.y, toStart.x) : VECTOR_2D(toStart.y, -toStart.x);
+    // (0.0 − v keeps a zero component +0, as the trace shows it.)
+    startDir = ccw ? VECTOR_2D(0.0 - toStart.y, toStart.x) : VECTOR_2D(toStart.y, 0.0 - toStart.x);
     startDir.Normalize();
     const double from = std::atan2(toStart.y, toStart.x), to = std::atan2(toEnd.y, toEnd.x);
     sweep = NormalizeSweep(ccw ? to - from : from - to);
