@@ -112,6 +112,25 @@ TEST(PlanPoints, SpiralHeadsForItsPIElseGoesOn) {
     EXPECT_EQ(lines[1], L("AddRoadClot").D(100).P({0, 100}).V({0, 1}).D(1).D(A).D(250).B(true).B(true).str());
 }
 
+// A file that contradicts itself still misses in points mode; the check
+// names the element's own numbers. Radius 90 round a Center 100 m away: a
+// quarter turn ends at (90, 90), 10·√2 = 14.142 m from the End (100, 100).
+TEST(PlanPoints, CheckNamesAnElementThatContradictsItself) {
+    TModeRun run;
+    run.Plan("<Curve rot=\"cw\" radius=\"90\" length=\"141.37\">"
+             "<Start>0 0</Start><Center>0 100</Center><End>100 100</End></Curve>",
+             EPlanGeometry::Points);
+    int found = 0;
+    for (const vesk::diag::TRecord& r : run.told.Records()) {
+        if (r.kind != "plan-end-mismatch") continue;
+        ++found;
+        EXPECT_EQ(r.element, "Alignments / Alignment \"A\" / CoordGeom / Curve");
+        EXPECT_EQ(r.message, "the computed end lies 14.142 m from the file's End; likely cause: the file's radius "
+                             "90.000 m is not the distance Start–Center 100.000 m");
+    }
+    EXPECT_EQ(found, 1);
+}
+
 // The samples ------------------------------------------------------------------
 
 // The US survey foot in metres: what the import reads every Imperial
