@@ -148,7 +148,7 @@ void CheckOptionsFit(const exchange::TFormat& f, const std::vector<std::string>&
 
 void CheckImportOptionsFit(const ImportOptions& o, const std::vector<std::string>& inputs) {
     if (o.geometry.empty()) return;
-    std::vector<std::string> formats, using_;
+    std::vector<std::string> formats, honouring;
     for (const std::string& in : inputs) {
         const exchange::TFormat* f = exchange::DetectInputFormat(in);
         if (!f) return;
@@ -156,9 +156,9 @@ void CheckImportOptionsFit(const ImportOptions& o, const std::vector<std::string
         if (!Contains(formats, f->name)) formats.push_back(f->name);
     }
     for (const exchange::TFormat& f : exchange::Formats())
-        if (f.import && (f.importUses & exchange::kUseGeometry)) using_.push_back(f.name);
+        if (f.import && (f.importUses & exchange::kUseGeometry)) honouring.push_back(f.name);
     std::string readers;
-    for (size_t i = 0; i < using_.size(); ++i) readers += (i == 0 ? "" : " and ") + using_[i];
+    for (size_t i = 0; i < honouring.size(); ++i) readers += (i == 0 ? "" : " and ") + honouring[i];
     std::string names;
     for (size_t i = 0; i < formats.size(); ++i) names += (i == 0 ? "" : " and ") + formats[i];
     throw CliError(kExitUsage, "--geometry does not apply to " + names + " input; it applies to " + readers + " input");

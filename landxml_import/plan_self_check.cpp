@@ -82,7 +82,11 @@ std::string LikelyCause(const std::vector<XmlSection>& elements, const XmlSectio
     return "";
 }
 
-std::string Metres(double d);
+std::string Metres(double d) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.3f m", d);
+    return buf;
+}
 
 // In points mode the directions are not read where points are, so a miss
 // lies in the element itself: points it lacks, or numbers that disagree
@@ -104,12 +108,6 @@ std::string PointsModeCause(const XmlSection& e, bool isMetric) {
         return e.IsSectionExists("PI") ? "the file's length and radii do not reach its End from its Start toward its PI"
                                        : "the Spiral has no PI: it goes on in the direction of the element before it";
     return "";
-}
-
-std::string Metres(double d) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.3f m", d);
-    return buf;
 }
 
 }  // namespace
