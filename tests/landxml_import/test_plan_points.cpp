@@ -290,4 +290,24 @@ TEST(PlanPointsSamples, ContradictionsAreTheFilesOwn) {
     }
 }
 
+// Bad input in points mode: every input of the LandXML fuzz corpus
+// finishes, ending as it does in the default mode (points mode reads more
+// of an element's points, but a point text a rule refuses is refused in the
+// default mode too, by the geometry check's reading or the element's own).
+TEST(PlanPointsSamples, FuzzCorpusFinishesAsInTheDefaultMode) {
+    int inputs = 0;
+    unsigned roads = 0;
+    for (const auto& e : std::filesystem::directory_iterator(roadx::test::SourcePath("fuzz/corpus/landxml"))) {
+        if (!e.is_regular_file()) continue;
+        ++inputs;
+        TModeRun points, attributes;
+        points.RunIn(e.path().string(), EPlanGeometry::Points);
+        attributes.RunIn(e.path().string(), EPlanGeometry::Attributes);
+        EXPECT_EQ(points.status.code, attributes.status.code) << e.path() << ": " << points.status.message;
+        roads += points.doc.GetLibRoad()->GetNumRoads();
+    }
+    EXPECT_GE(inputs, 100);
+    EXPECT_GE(roads, 19u);  // the roads of the inputs that hold alignments
+}
+
 }  // namespace
