@@ -61,7 +61,7 @@ void AddImportOptions(CLI::App& app, ImportOptions& o) {
                            ? std::string()
                            : "\"" + v + "\" is neither \"points\" nor \"attributes\"";
             },
-            "points|attributes", "geometry mode"));
+            "", "geometry mode"));
     app.add_flag("--strict", o.strict,
                  "any warning (data left out, defaulted, cut or changed) is an error: exit 1, nothing written");
 }
