@@ -16,7 +16,11 @@ bool CFacePreparse::Worthwhile(const TScannedList& list) {
     return list.count >= min && (min < kMinFaces || std::thread::hardware_concurrency() > 1);
 }
 
-void CFacePreparse::SetMinFaces(size_t n) { gMinFaces.store(n == 0 ? 1 : n, std::memory_order_relaxed); }
+void CFacePreparse::SetMinFaces(size_t n) {
+    gMinFaces.store(n == 0 ? 1 : n, std::memory_order_relaxed);
+    // The same switch sends the check of a Faces range to the second thread.
+    CSurfaceScan::SetAheadMinBytes(n < kMinFaces ? 0 : size_t{1} << 20);
+}
 
 bool CFacePreparse::ReadPlain(std::string_view text, int corners, int* ids) {
     using text_lists_detail::IsSpace;

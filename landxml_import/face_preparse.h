@@ -31,7 +31,8 @@ public:
     // Whether a second thread is worth starting for this list.
     static bool Worthwhile(const TScannedList& list);
     // The tests and the fuzzer send small surfaces through the second
-    // thread too (1: every scanned Faces); kMinFaces is the default.
+    // thread too (1: every scanned Faces, and every Faces after a Pnts
+    // checked there during the scan); kMinFaces is the default.
     static void SetMinFaces(size_t n);
 
     // Starts reading every F of `list` (scanned by `scan`) on a thread of

@@ -4,6 +4,10 @@
 #include <cstdint>
 #include <cstring>
 
+#include <atomic>
+#include <system_error>
+#include <thread>
+
 #include <sys/mman.h>
 #include <unistd.h>
 
@@ -94,7 +98,60 @@ private:
     bool seenFaces_ = false;
 };
 
+std::atomic<size_t> gAheadMinBytes{size_t{1} << 20};
+
 }  // namespace
+
+// The Faces that follows a Pnts is checked on a second thread while the
+// walk checks the Pnts: the two checks are most of the scan. The thread
+// starts only where a Faces start tag follows the first "</Pnts" at once,
+// and its result is used only if the walk, going on by its own rules,
+// reaches a first Faces whose content starts at that very place; the check
+// of a range reads nothing before it, and the buffer changes only inside
+// ranges already passed, so the result is what the walk would compute.
+class CSurfaceScan::CAheadCheck {
+public:
+    ~CAheadCheck() { Wait(); }
+
+    void Start(std::string_view s, size_t pntsContent) {
+        const size_t end = s.find("</Pnts", pntsContent);
+        if (end == std::string_view::npos || end - pntsContent < gAheadMinBytes.load(std::memory_order_relaxed))
+            return;
+        size_t j = SkipSpace(s, end + 6);
+        if (j >= s.size() || s[j] != '>') return;
+        j = SkipSpace(s, j + 1);
+        if (!StartsWith(s, j, "<Faces") || j + 6 >= s.size() || !(IsWs(s[j + 6]) || s[j + 6] == '>')) return;
+        const size_t gt = EndOfTag(s, j + 6);
+        if (gt == std::string_view::npos || s[gt - 1] == '/') return;
+        at_ = gt + 1;
+        try {
+            thread_ = std::thread([this, s] { ok_ = ReadList(s, at_, 'F', list_); });
+        } catch (const std::system_error&) {
+            at_ = std::string_view::npos;  // no thread to be had: the walk checks it itself
+        }
+    }
+    void Wait() {
+        if (thread_.joinable()) thread_.join();
+    }
+    // The result for a Faces whose content starts at `at`, when it is the
+    // one checked ahead.
+    bool Take(size_t at, bool& ok, TScannedList& list) {
+        if (at_ == std::string_view::npos || at != at_) return false;
+        Wait();
+        at_ = std::string_view::npos;
+        ok = ok_;
+        list = list_;
+        return true;
+    }
+
+private:
+    std::thread thread_;
+    size_t at_ = std::string_view::npos;
+    bool ok_ = false;
+    TScannedList list_;
+};
+
+void CSurfaceScan::SetAheadMinBytes(size_t n) { gAheadMinBytes.store(n, std::memory_order_relaxed); }
 
 size_t CSurfaceScan::SkipSpace(std::string_view bytes, size_t at) {
     while (at < bytes.size() && IsWs(bytes[at])) ++at;
@@ -181,6 +238,15 @@ bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, TScannedLis
     return dashes == std::string_view::npos || dashes == list.end - 3;
 }
 
+bool CSurfaceScan::CheckList(std::string_view s, size_t at, char tag, CAheadCheck& ahead, TScannedList& list) {
+    bool ok = false;
+    if (tag == 'F' && ahead.Take(at, ok, list)) return ok;
+    if (tag == 'P') ahead.Start(s, at);
+    ok = ReadList(s, at, tag, list);
+    ahead.Wait();  // before the walk changes the buffer
+    return ok;
+}
+
 void CSurfaceScan::Clear() {
     base_ = nullptr;
     lists_.clear();
@@ -194,6 +260,7 @@ void CSurfaceScan::Run(std::string& buffer) {
     restored_ = false;
     const std::string_view s(buffer);
     CPath path;
+    CAheadCheck ahead;
     size_t at = 0;
     for (;;) {
         at = s.find('<', at);
@@ -233,7 +300,7 @@ void CSurfaceScan::Run(std::string& buffer) {
             at = gt + 1;
             if (empty) continue;
             TScannedList list;
-            if (first && ReadList(s, at, name == "Pnts" ? 'P' : 'F', list)) {
+            if (first && CheckList(s, at, name == "Pnts" ? 'P' : 'F', ahead, list)) {
                 list.nameOffset = tagAt + 1;
                 lists_.push_back(list);
                 TSaved saved;

@@ -83,13 +83,20 @@ public:
     static bool ReadElem(std::string_view bytes, size_t& at, char tag, TScannedElem& out);
     static size_t SkipSpace(std::string_view bytes, size_t at);
 
+    // A Faces after a Pnts of at least this many bytes is checked on a
+    // second thread (1 MiB by default; the tests and the fuzzer use 0).
+    static void SetAheadMinBytes(size_t n);
+
 private:
+    class CAheadCheck;
     struct TSaved {
         char head[4];
         char tail[3];
     };
     // Checks a whole content range from `at`; on success fills `list`.
     static bool ReadList(std::string_view bytes, size_t at, char tag, TScannedList& list);
+    // ReadList, or the result of the check made ahead for that very range.
+    static bool CheckList(std::string_view bytes, size_t at, char tag, CAheadCheck& ahead, TScannedList& list);
 
     char* base_ = nullptr;             // the parsed buffer
     std::vector<TScannedList> lists_;  // in document order
