@@ -106,6 +106,20 @@ const TKindCase kKinds[] = {
     {"alignment_rules.xml", "road-negative-length", 1, 11, "Alignments \"Site\" / Alignment \"Back\" (station 1000)",
      "1 the road runs from station 304.801 to 91.4402 (length -213.36): the alignment's staStart is not followed by "
      "its elements' stations; imported as read; its length is negative"},
+    {"more_kinds.xml", "length-unit-not-read", 1, 3, "Units / Metric",
+     "1 linearUnit \"kilometer\" is not read; lengths taken as metres"},
+    {"more_kinds.xml", "observation-group-not-read", 1, 22, "Survey / ObservationGroup g1",
+     "1 RawObservation not imported (observations inside ObservationGroup are not read)"},
+    {"more_kinds.xml", "observation-without-target", 1, 18, "Survey / InstrumentSetup s1 / RawObservation 1",
+     "1 RawObservation not imported (it has no TargetPoint)"},
+    {"more_kinds.xml", "observation-target-not-found", 1, 19,
+     "Survey / InstrumentSetup s1 / RawObservation 2 / TargetPoint",
+     "1 RawObservation not imported (its TargetPoint has no coordinates and names no known point)"},
+    // A = sqrt(500 * 50) = 158.113883 against the stated 300.
+    {"more_kinds.xml", "spiral-constant-mismatch", 1, 11,
+     "Alignments / Alignment \"S\" (station 0) / CoordGeom / Spiral (station 100)",
+     "1 spiral parameter A = 158.113883 (from its length and radii) matches neither the file's constant 300.000000 "
+     "nor its square root 17.320508; the user was asked whether to go on; A kept"},
 };
 
 std::string KindName(const ::testing::TestParamInfo<TKindCase>& i) {
@@ -141,6 +155,25 @@ TEST(Diagnostics, RD3ExportSaysWhatTheFileCannotCarry) {
               "every later element starts where the file's previous one ends (first at " + road +
               " / plan element 2 (station 100.000)) [rd3-continuity-clothoid]\n");
     EXPECT_TRUE(std::filesystem::exists(out));
+}
+
+// Sections reach an RD3 file only as the template of their "STF" line, at
+// stations where the project line has an elevation (it ends at 150 here).
+TEST(Diagnostics, RD3ExportSaysWhichSectionsAreLeftOut) {
+    TTempDir tmp;
+    const std::string out = tmp.path + "/o.rd3";
+    const TCommandResult r =
+        RunCommand(Roadx() + " convert " + ShellQuote(kDiag + "rd3_sections.xml") + " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.output,
+              "roadx: warning: " + out + ": 2 section has no \"STF\" line, the only line an RD3 template is made of; "
+              "section not written (--section-code SURFACE=STF makes a surface its template) (first at Road \"R\" / "
+              "section S100.000000 (station 100.000)) [rd3-section-without-stf]\n"
+              "roadx: warning: " + out + ": 1 the road's main project line has no elevation at the section's station "
+              "(an RD3 template is relative to it); section not written (first at Road \"R\" / section S180.000000 "
+              "(station 180.000)) [rd3-section-no-elevation]\n");
+    const TCommandResult back = RunCommand(Roadx() + " info --json " + ShellQuote(out) + " 2>/dev/null");
+    EXPECT_EQ(json::parse(back.output).at("roads").at(0).at("sections"), 1) << back.output;
 }
 
 TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {
