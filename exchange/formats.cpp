@@ -64,8 +64,8 @@ TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest&, vesk::d
 
 bool SniffRD3(const std::string& head) { return head.compare(0, 10, "Topcon RD3") == 0; }
 
-TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink*, const TImportRequest&) {
-    return rd3::ImportRD3Status(&doc, path.c_str());
+TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink, const TImportRequest&) {
+    return rd3::ImportRD3Status(&doc, path.c_str(), sink);
 }
 
 // RD3 carries one road: the one the request names, or the first.

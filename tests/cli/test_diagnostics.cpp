@@ -176,6 +176,33 @@ TEST(Diagnostics, RD3ExportSaysWhichSectionsAreLeftOut) {
     EXPECT_EQ(json::parse(back.output).at("roads").at(0).at("sections"), 1) << back.output;
 }
 
+// An RD3 file whose plan chain holds a record of type 7 after its straight.
+TEST(Diagnostics, RD3ImportSaysWhatItSkipped) {
+    const std::string rd3 = roadx::test::DataPath("rd3/diag/R.rd3");
+    const std::string element = "Road \"R\" / plan record at offset 984 (station 200.000)";
+    const json w = Warnings(rd3);
+    ASSERT_EQ(w.size(), 1u) << w.dump();
+    EXPECT_EQ(w[0].at("kind"), "rd3-plan-record-skipped");
+    EXPECT_EQ(w[0].at("count"), 1);
+    EXPECT_EQ(w[0].at("line"), 0);
+    EXPECT_EQ(w[0].at("offset"), 984);
+    EXPECT_EQ(w[0].at("element"), element);
+    TTempDir tmp;
+    const TCommandResult r =
+        RunCommand(Roadx() + " convert " + ShellQuote(rd3) + " -o " + ShellQuote(tmp.path + "/o.xml") + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.output, "roadx: warning: " + rd3 + ": 1 plan record of type 7 is not a straight, arc or clothoid; "
+                        "skipped; the next element starts where the one before ends (first at " + element +
+                        ") [rd3-plan-record-skipped]\n");
+    const TCommandResult strict = RunCommand(Roadx() + " convert --strict " + ShellQuote(rd3) + " -o " +
+                                             ShellQuote(tmp.path + "/p.xml") + " 2>&1");
+    EXPECT_EQ(strict.exitCode, 1);
+    EXPECT_FALSE(std::filesystem::exists(tmp.path + "/p.xml"));
+    EXPECT_EQ(RunCommand(Roadx() + " convert -q " + ShellQuote(rd3) + " -o " + ShellQuote(tmp.path + "/q.xml") +
+                         " 2>&1").output,
+              "");
+}
+
 TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {
     TTempDir tmp;
     const std::string out = tmp.path + "/o.xml";
