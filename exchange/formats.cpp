@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstdio>
 
+#include "cad/drawing_diag.h"
 #include "cad/zedra_types.h"
 #include "display/doc_display.h"
 #include "dxfdwg/drawing_export.h"
@@ -96,7 +97,7 @@ TExchangeStatus ExportRD3Row(CVantriDoc& doc, const TExportRequest& r, vesk::dia
 
 // DXF and DWG ---------------------------------------------------------------
 
-TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg) {
+TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg, vesk::diag::CSink* sink) {
     // The export tells DWG from DXF by the name, so a DWG output must be
     // named so.
     if (dwg && !FIsDwgPath(r.path, true))
@@ -107,16 +108,18 @@ TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg
     // contour interval asked for.
     doc.GetCts()->SetInterval(r.contourInterval);
     RefreshDocumentDisplay(doc);
+    // The writers report what the file cannot carry through this scope.
+    cad::CDrawingDiagScope diag(sink, r.path, r.failOnWarning);
     TExchangeStatus st = dxfdwg::ExportFileDxfDwgStatus(&doc, r.path.c_str(), dwg);
     if (st.detail == cad::kSaveDwgUnsupported) st.code = TExchangeStatus::UNSUPPORTED;
     return st;
 }
 
-TExchangeStatus ExportDXFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink*) {
-    return ExportDrawing(doc, r, false);
+TExchangeStatus ExportDXFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return ExportDrawing(doc, r, false, sink);
 }
-TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink*) {
-    return ExportDrawing(doc, r, true);
+TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return ExportDrawing(doc, r, true, sink);
 }
 
 }  // namespace

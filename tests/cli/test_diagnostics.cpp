@@ -7,6 +7,8 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -129,6 +131,11 @@ std::string KindName(const ::testing::TestParamInfo<TKindCase>& i) {
 
 INSTANTIATE_TEST_SUITE_P(Diag, DiagnosticKinds, ::testing::ValuesIn(kKinds), KindName);
 
+std::string ReadText(const std::string& path) {
+    std::ifstream f(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
+}
+
 // A temporary folder, removed at the end of the test.
 struct TTempDir {
     std::string path;
@@ -201,6 +208,54 @@ TEST(Diagnostics, RD3ImportSaysWhatItSkipped) {
     EXPECT_EQ(RunCommand(Roadx() + " convert -q " + ShellQuote(rd3) + " -o " + ShellQuote(tmp.path + "/q.xml") +
                          " 2>&1").output,
               "");
+}
+
+// Layer names a drawing file does not allow, names that become equal once
+// valid, characters beyond the file's code page, a tab in a point name.
+TEST(Diagnostics, DrawingExportSaysWhatTheFileChanges) {
+    TTempDir tmp;
+    const std::string in = ShellQuote(kDiag + "drawing_names.xml");
+    const std::string dxf = tmp.path + "/o.dxf";
+    const TCommandResult r = RunCommand(Roadx() + " convert " + in + " -o " + ShellQuote(dxf) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    const std::string w = "roadx: warning: " + dxf + ": ";
+    EXPECT_EQ(r.output,
+              w + "2 layer name holds characters a drawing file does not allow in names (< > / \\ \" : ; ? * | = `, "
+                  "control characters, broken UTF-8) or is empty; each replaced by '_': written as "
+                  "\"Grafica_DTM_Cut_Fill\" (first at layer \"Grafica_DTM_Cut/Fill\") [drawing-name-replaced]\n" +
+              w + "1 layer name, once valid, is an earlier one's (names compare without regard to case); written as "
+                  "\"Grafica_DTM_Cut_Fill_2\" (first at layer \"Grafica_DTM_Cut:Fill\") [drawing-name-suffixed]\n" +
+              w + "1 layer name holds characters code page 1252 lacks; each written as a \\U+XXXX escape, which "
+                  "readers decode (first at layer \"Grafica_DTM_Дорога\") [drawing-name-escaped]\n" +
+              w + "1 text holds characters beyond ASCII; each written as a \\U+XXXX escape, which readers decode "
+                  "(first at Text \"Ω 1\" on layer \"Grafica_Punti\") [drawing-text-escaped]\n" +
+              w + "1 text holds control characters (line breaks, tabs) or broken UTF-8; each control character "
+                  "written as a blank, each broken byte as '?' (first at Text \"A B\" on layer \"Grafica_Punti\") "
+                  "[drawing-text-replaced]\n");
+    // The file holds what the records say.
+    const std::string bytes = ReadText(dxf);
+    EXPECT_NE(bytes.find("\nGrafica_DTM_Cut_Fill_2\n"), std::string::npos);
+    EXPECT_NE(bytes.find("\nGrafica_DTM_\\U+0414\\U+043E\\U+0440\\U+043E\\U+0433\\U+0430\n"), std::string::npos);
+    EXPECT_NE(bytes.find("\nA B\n"), std::string::npos);
+    // DWG texts keep code page 1252; Ω is beyond it too.
+    const std::string dwg = tmp.path + "/o.dwg";
+    const TCommandResult d = RunCommand(Roadx() + " convert " + in + " -o " + ShellQuote(dwg) + " 2>&1");
+    EXPECT_EQ(d.exitCode, 0);
+    EXPECT_NE(d.output.find("roadx: warning: " + dwg + ": 1 text holds characters code page 1252 lacks; each "
+                            "written as a \\U+XXXX escape, which readers decode (first at Text \"Ω 1\" on layer "
+                            "\"Grafica_Punti\") [drawing-text-escaped]\n"),
+              std::string::npos)
+        << d.output;
+    for (const char* name : {"/p.dxf", "/p.dwg"}) {
+        const TCommandResult s =
+            RunCommand(Roadx() + " convert --strict " + in + " -o " + ShellQuote(tmp.path + name) + " 2>&1");
+        EXPECT_EQ(s.exitCode, 1);
+        EXPECT_NE(s.output.find("roadx: " + tmp.path + name + ": 5 kind(s) of warning, an error with --strict; "
+                                "nothing written\n"),
+                  std::string::npos)
+            << s.output;
+        EXPECT_FALSE(std::filesystem::exists(tmp.path + name));
+    }
 }
 
 TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {
