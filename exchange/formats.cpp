@@ -57,8 +57,8 @@ TExchangeStatus ImportLandXMLRow(CVantriDoc& doc, const std::string& path, vesk:
 }
 
 // The host's dialogs (answered by the caller) choose what and where.
-TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest&, vesk::diag::CSink*) {
-    return landxml::ExportLandXMLStatus(doc);
+TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return landxml::ExportLandXMLStatus(doc, sink, r.path, r.failOnWarning);
 }
 
 // RD3 -----------------------------------------------------------------------

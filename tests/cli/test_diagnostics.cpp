@@ -258,6 +258,38 @@ TEST(Diagnostics, DrawingExportSaysWhatTheFileChanges) {
     }
 }
 
+// A continuity clothoid, a design line that starts after the road, and a
+// section surface of one point.
+TEST(Diagnostics, LandXMLExportSaysWhatTheFileCannotCarry) {
+    TTempDir tmp;
+    const std::string in = ShellQuote(kDiag + "landxml_cannot_carry.xml");
+    const std::string out = tmp.path + "/o.xml";
+    const TCommandResult r = RunCommand(Roadx() + " convert " + in + " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    const std::string w = "roadx: warning: " + out + ": ";
+    EXPECT_EQ(r.output,
+              w + "1 the design line has no elevation at the road's start (station 0.000); Start written with the "
+                  "undefined value 1.7e200 as its elevation (first at Road \"A\" / Start) [landxml-start-elevation]\n" +
+              w + "1 continuity clothoid (between two radii) not written: the export writes spirals from or to a "
+                  "straight only; left out: CoordGeom has a gap where it was (first at Road \"A\" / plan element 2 "
+                  "(station 100.000)) [landxml-continuity-clothoid]\n" +
+              w + "1 a section point stands alone between undefined vertices (no line to write); not written (first "
+                  "at Road \"A\" / section S50.000000 (station 50.000) / line \"Ground\" at offset -5.000) "
+                  "[landxml-section-point-dropped]\n");
+    // The file is what the records say: no Spiral, the point at -5 absent.
+    const std::string text = ReadText(out);
+    EXPECT_EQ(text.find("<Spiral"), std::string::npos);
+    EXPECT_EQ(text.find("-5.000000 99.000000"), std::string::npos);
+    EXPECT_NE(text.find("<PntList2D>0.000000 99.500000 5.000000 99.000000 </PntList2D>"), std::string::npos);
+    const std::string strictOut = tmp.path + "/p.xml";
+    const TCommandResult s = RunCommand(Roadx() + " convert --strict " + in + " -o " + ShellQuote(strictOut) + " 2>&1");
+    EXPECT_EQ(s.exitCode, 1);
+    EXPECT_NE(s.output.find("roadx: " + strictOut + ": 3 kind(s) of warning, an error with --strict; nothing written\n"),
+              std::string::npos)
+        << s.output;
+    EXPECT_FALSE(std::filesystem::exists(strictOut));
+}
+
 TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {
     TTempDir tmp;
     const std::string out = tmp.path + "/o.xml";
