@@ -117,6 +117,21 @@ const TKindCase kKinds[] = {
     {"more_kinds.xml", "observation-target-not-found", 1, 19,
      "Survey / InstrumentSetup s1 / RawObservation 2 / TargetPoint",
      "1 RawObservation not imported (its TargetPoint has no coordinates and names no known point)"},
+    {"sections_points.xml", "cgpoint-not-three-numbers", 1, 6, "CgPoints \"P\" / CgPoint \"Flat\"",
+     "1 CgPoint has not exactly three coordinates (northing, easting, elevation); not imported"},
+    // -3 lies between -2 (the last kept) and -5 (the first): dropped.
+    {"sections_points.xml", "cross-sect-point-dropped", 1, 15,
+     "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 1 / CrossSectSurf \"Ground\"",
+     "1 CrossSectSurf point neither right of the points before it nor left of all of them (the line turns back); "
+     "not imported"},
+    {"sections_points.xml", "cross-sect-surf-unnamed", 1, 16,
+     "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 1 / CrossSectSurf 2",
+     "1 CrossSectSurf without a name; not imported"},
+    // Station 500 of a road 100 m long.
+    {"sections_points.xml", "cross-sect-not-imported", 1, 18,
+     "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 2",
+     "1 CrossSect has no width (all its points at one offset) or its station lies outside the road's plan; not "
+     "imported"},
     // A = sqrt(500 * 50) = 158.113883 against the stated 300.
     {"more_kinds.xml", "spiral-constant-mismatch", 1, 11,
      "Alignments / Alignment \"S\" (station 0) / CoordGeom / Spiral (station 100)",
@@ -288,6 +303,20 @@ TEST(Diagnostics, LandXMLExportSaysWhatTheFileCannotCarry) {
               std::string::npos)
         << s.output;
     EXPECT_FALSE(std::filesystem::exists(strictOut));
+}
+
+// With --section-code, a surface it does not name has no code.
+TEST(Diagnostics, SurfaceWithoutSectionCode) {
+    const std::string path = kDiag + "sections_points.xml";
+    const TCommandResult r =
+        RunCommand(Roadx() + " info --section-code Other=STF " + ShellQuote(path) + " 2>&1 >/dev/null");
+    EXPECT_NE(r.output.find("roadx: warning: " + path + ":15: 1 CrossSectSurf \"Ground\" maps to no section code; not "
+                            "imported (--section-code SURFACE=CODE maps it) (first at Alignments / Alignment \"R\" "
+                            "(station 0) / CrossSects / CrossSect 1 / CrossSectSurf \"Ground\") [cross-sect-surf-no-code]\n"),
+              std::string::npos)
+        << r.output;
+    const TCommandResult plain = RunCommand(Roadx() + " info " + ShellQuote(path) + " 2>&1 >/dev/null");
+    EXPECT_EQ(plain.output.find("[cross-sect-surf-no-code]"), std::string::npos) << plain.output;
 }
 
 TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {
