@@ -132,6 +132,12 @@ const TKindCase kKinds[] = {
      "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 2",
      "1 CrossSect has no width (all its points at one offset) or its station lies outside the road's plan; not "
      "imported"},
+    {"profile_surface.xml", "prof-surf-not-imported", 1, 24,
+     "Alignments / Alignment \"R\" (station 0) / Profile / ProfSurf \"Ground\"",
+     "1 ProfSurf (a terrain profile along the road) not imported; only ProfAlign is read"},
+    {"profile_surface.xml", "profile-element-not-read", 1, 27,
+     "Alignments / Alignment \"R\" (station 0) / Profile / ProfAlign \"Design\" / UnsymParaCurve",
+     "1 \"UnsymParaCurve\" in ProfAlign is not read; left out of the design line"},
     // A = sqrt(500 * 50) = 158.113883 against the stated 300.
     {"more_kinds.xml", "spiral-constant-mismatch", 1, 11,
      "Alignments / Alignment \"S\" (station 0) / CoordGeom / Spiral (station 100)",
