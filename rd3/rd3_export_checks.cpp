@@ -4,7 +4,6 @@
 
 #include "host/road.h"
 #include "rd3/rd3_name.h"
-#include "rd3/rd3_section_lists.h"
 #include "vesk/undefined.h"
 
 namespace roadx::rd3 {
@@ -46,12 +45,8 @@ void CheckSections(CRoad& road, vesk::diag::CSink* sink, const std::string& file
                                 "section not written (--section-code SURFACE=STF makes a surface its template)", 1));
             continue;
         }
-        if (!WalkStfLine(*stf)) {
-            sink->Report(Record("rd3-section-stf-empty", file, where,
-                                "the section's \"STF\" line has no vertex with an elevation", "section not written",
-                                1));
-            continue;
-        }
+        // The imports store no "STF" line without points, so its walk always
+        // finds an axis.
         bool ok = false;
         if (!vesk::IsDefined(prj ? CalcQuoteAtAltiProg(prj, section->GetSectionProg(), ok) : vesk::kUndefined))
             sink->Report(Record("rd3-section-no-elevation", file, where,
