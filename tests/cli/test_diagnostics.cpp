@@ -138,6 +138,9 @@ const TKindCase kKinds[] = {
     {"profile_surface.xml", "profile-element-not-read", 1, 27,
      "Alignments / Alignment \"R\" (station 0) / Profile / ProfAlign \"Design\" / UnsymParaCurve",
      "1 \"UnsymParaCurve\" in ProfAlign is not read; left out of the design line"},
+    {"gps_rover.xml", "gps-position-without-latlon", 1, 10, "Survey / GPSPosition 2",
+     "1 GPSPosition without wgsLatitude or wgsLongitude: no point added; its TargetPoint's name and coordinates go "
+     "to the point before it"},
     // A = sqrt(500 * 50) = 158.113883 against the stated 300.
     {"more_kinds.xml", "spiral-constant-mismatch", 1, 11,
      "Alignments / Alignment \"S\" (station 0) / CoordGeom / Spiral (station 100)",
