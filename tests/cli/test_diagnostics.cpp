@@ -148,6 +148,19 @@ const TKindCase kKinds[] = {
      "nor its square root 17.320508; the user was asked whether to go on; A kept"},
 };
 
+// Any of these warnings makes --strict exit 1 without writing.
+TEST_P(DiagnosticKinds, StrictWritesNothing) {
+    char tmpl[] = "/tmp/roadx-strict-XXXXXX";
+    const std::string dir = mkdtemp(tmpl);
+    const std::string out = dir + "/o.xml";
+    const TCommandResult r = RunCommand(Roadx() + " convert --strict " + ShellQuote(kDiag + GetParam().file) + " -o " +
+                                        ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 1) << r.output;
+    EXPECT_NE(r.output.find("[" + std::string(GetParam().kind) + "]"), std::string::npos) << r.output;
+    EXPECT_FALSE(std::filesystem::exists(out));
+    std::filesystem::remove_all(dir);
+}
+
 std::string KindName(const ::testing::TestParamInfo<TKindCase>& i) {
     std::string n = TestName(std::string(i.param.kind) + ".x");
     return n;
