@@ -1,5 +1,6 @@
 #include "cad/dwg_writer.h"
 
+#include "cad/drawing_diag.h"
 #include "cad/dwg_file.h"
 #include "cad/dwg_file_out.h"
 #include "cad/dxf_text.h"
@@ -30,7 +31,10 @@ uint64_t CDwgCtx::LayerHandle(uint64_t drawing) const {
 std::string CDwgCtx::Text(std::string_view utf8) { return dxf::EncodeDxfText(utf8, dxf::EEncoding::Name); }
 
 std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars) {
-    const dxf::TGraph g = dxf::BuildGraph(eng, opt);
+    return BuildDwg(eng, dxf::BuildGraph(eng, opt), saveVars);
+}
+
+std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TGraph& g, bool saveVars) {
     CDwgCtx c(eng, g, saveVars);
     WriteControlObjects(c);
     WriteTableRecords(c);
@@ -44,7 +48,9 @@ int WriteDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars, 
              std::string* error) {
     if (opt.version == ZEDRA_DXFDWG_VER_R12) return kSaveDwgUnsupported;
     if (opt.version != ZEDRA_DXFDWG_VER_R2000) return kSaveBadVersion;
-    return WriteFileBytes(path, BuildDwg(eng, opt, saveVars), error);
+    const dxf::TGraph g = dxf::BuildGraph(eng, opt);
+    if (DiagnoseDrawing(eng, g, true)) return kSaveRefused;
+    return WriteFileBytes(path, BuildDwg(eng, g, saveVars), error);
 }
 
 }  // namespace roadx::cad::dwg

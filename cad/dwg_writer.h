@@ -13,6 +13,8 @@ namespace roadx::cad::dwg {
 
 // The bytes of the file. opt.version must be R2000.
 std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TSaveOptions& opt, bool saveVars);
+// The same from a graph already made of the engine.
+std::vector<uint8_t> BuildDwg(const CZedraEng& eng, const dxf::TGraph& g, bool saveVars);
 
 // saveVars: write the engine's drawing variables, not the defaults of a new
 // drawing. Returns a roadx::cad::kSave... result: kSaveDwgUnsupported (nothing

@@ -1,5 +1,6 @@
 #include "cad/dxf_writer.h"
 
+#include "cad/drawing_diag.h"
 #include "cad/dxf_text.h"
 #include "cad/dxf_write_ctx.h"
 
@@ -120,6 +121,7 @@ int WriteDxf(const CZedraEng& eng, const TSaveOptions& opt, bool saveVars, const
              std::string* error) {
     if (opt.version != ZEDRA_DXFDWG_VER_R12 && opt.version != ZEDRA_DXFDWG_VER_R2000) return kSaveBadVersion;
     const TGraph g = BuildGraph(eng, opt);
+    if (DiagnoseDrawing(eng, g, false)) return kSaveRefused;
     CDxfOut out;
     if (const int r = out.Open(path); r != kSaveOk) {
         if (error) *error = out.Error();

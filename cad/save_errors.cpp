@@ -26,6 +26,7 @@ std::string SaveResultText(int result) {
         case kSaveDwgUnsupported: return "DWG files are written as R2000 only; nothing was written";
         case kSaveBadVersion: return "unknown drawing file version; nothing was written";
         case kSaveIoError: return "write error";
+        case kSaveRefused: return "the drawing file cannot carry all of the drawing; nothing was written";
         default: return "the drawing could not be written (result " + std::to_string(result) + ")";
     }
 }

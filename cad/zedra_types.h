@@ -24,6 +24,7 @@ inline constexpr int kSaveNotAllowed = -2;      // the file cannot be created or
 inline constexpr int kSaveDwgUnsupported = -3;  // DWG of a version other than R2000; nothing written
 inline constexpr int kSaveBadVersion = -4;      // version value unknown; nothing written
 inline constexpr int kSaveIoError = -5;         // any other write error (EIO, ...)
+inline constexpr int kSaveRefused = -6;         // the caller's diagnostics scope refused a warning; nothing written
 
 // Entity colours: ACI 1..255, or these two.
 inline constexpr int16_t kColorByBlock = 0;

@@ -99,6 +99,9 @@ TExchangeStatus ExportFile(Session& session, const exchange::TFormat& f, const E
     // the trace (and in Ui().Messages()), not in the error line, which says
     // the cause in the same words for every format.
     TExchangeStatus st = exchange::ExportFile(session.Doc(), f, request, &session.Diagnostics());
+    // An export that fails prints only its error, as an import does; with
+    // --strict its warnings are why it wrote nothing.
+    if (!st.ok() && !session.Strict()) session.SkipDiagnostics();
     session.FlushDiagnostics(o.output);
     return st;
 }

@@ -49,6 +49,9 @@ public:
     // Prints the records reported since the last call (unless quiet); with
     // --strict, throws a CliError when there were warnings.
     void FlushDiagnostics(const std::string& what);
+    // Marks the records so far as printed without printing them: a failed
+    // step says only its error (they stay in the sink for info --json).
+    void SkipDiagnostics() { printed_ = sink_.Records().size(); }
     bool Strict() const { return imp_.strict; }
     const std::vector<TInputBlock>& Inputs() const { return inputs_; }
 

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstdio>
 
+#include "cad/drawing_diag.h"
 #include "cad/zedra_types.h"
 #include "display/doc_display.h"
 #include "dxfdwg/drawing_export.h"
@@ -56,16 +57,16 @@ TExchangeStatus ImportLandXMLRow(CVantriDoc& doc, const std::string& path, vesk:
 }
 
 // The host's dialogs (answered by the caller) choose what and where.
-TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest&, vesk::diag::CSink*) {
-    return landxml::ExportLandXMLStatus(doc);
+TExchangeStatus ExportLandXMLRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return landxml::ExportLandXMLStatus(doc, sink, r.path, r.failOnWarning);
 }
 
 // RD3 -----------------------------------------------------------------------
 
 bool SniffRD3(const std::string& head) { return head.compare(0, 10, "Topcon RD3") == 0; }
 
-TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink*, const TImportRequest&) {
-    return rd3::ImportRD3Status(&doc, path.c_str());
+TExchangeStatus ImportRD3Row(CVantriDoc& doc, const std::string& path, vesk::diag::CSink* sink, const TImportRequest&) {
+    return rd3::ImportRD3Status(&doc, path.c_str(), sink);
 }
 
 // RD3 carries one road: the one the request names, or the first.
@@ -96,7 +97,7 @@ TExchangeStatus ExportRD3Row(CVantriDoc& doc, const TExportRequest& r, vesk::dia
 
 // DXF and DWG ---------------------------------------------------------------
 
-TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg) {
+TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg, vesk::diag::CSink* sink) {
     // The export tells DWG from DXF by the name, so a DWG output must be
     // named so.
     if (dwg && !FIsDwgPath(r.path, true))
@@ -107,16 +108,18 @@ TExchangeStatus ExportDrawing(CVantriDoc& doc, const TExportRequest& r, bool dwg
     // contour interval asked for.
     doc.GetCts()->SetInterval(r.contourInterval);
     RefreshDocumentDisplay(doc);
+    // The writers report what the file cannot carry through this scope.
+    cad::CDrawingDiagScope diag(sink, r.path, r.failOnWarning);
     TExchangeStatus st = dxfdwg::ExportFileDxfDwgStatus(&doc, r.path.c_str(), dwg);
     if (st.detail == cad::kSaveDwgUnsupported) st.code = TExchangeStatus::UNSUPPORTED;
     return st;
 }
 
-TExchangeStatus ExportDXFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink*) {
-    return ExportDrawing(doc, r, false);
+TExchangeStatus ExportDXFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return ExportDrawing(doc, r, false, sink);
 }
-TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink*) {
-    return ExportDrawing(doc, r, true);
+TExchangeStatus ExportDWGRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
+    return ExportDrawing(doc, r, true, sink);
 }
 
 }  // namespace

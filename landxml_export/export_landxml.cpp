@@ -4,10 +4,11 @@
 
 #include "host/document.h"
 #include "host/ui.h"
+#include "landxml_export/export_checks.h"
 
 namespace roadx::landxml {
 
-TExchangeStatus ExportLandXMLStatus(IVantriDati& doc) {
+TExchangeStatus ExportLandXMLStatus(IVantriDati& doc, vesk::diag::CSink* sink, const std::string& file, bool refuse) {
     // The libraries in the order the dialog takes them.
     CLibCmp* cmp = doc.GetLibCmp();
     CLibGps* gps = doc.GetLibGps();
@@ -26,6 +27,9 @@ TExchangeStatus ExportLandXMLStatus(IVantriDati& doc) {
     if (dlg.DoModal() != IDOK)
         return TExchangeStatus::Fail(TExchangeStatus::CANCELLED, "no file chosen");
     const CString path = dlg.GetPathName();
+    if (CheckLandXMLExport(sel.roads, sink, file) > 0 && refuse)
+        return TExchangeStatus::Fail(TExchangeStatus::BAD_INPUT,
+                                     "the LandXML file cannot carry all of the roads; nothing was written");
 
     return WriteLandXMLFileStatus(sel.roads, *cmp, sel.jobs, *gps, sel.gpsGroups, *pnt, sel.pointGroups,
                                   sel.dtmPrjs, path.c_str());

@@ -7,9 +7,11 @@
 // CgPoints, Surfaces. Numbers are written as "%f" ("%.9f" for latitudes and
 // longitudes, "%d" for counters), coordinates northing first.
 #pragma once
+#include <string>
 #include <vector>
 
 #include "exchange/common/status.h"
+#include "vesk/diagnostics.h"
 #include "vesk/out_buffer.h"
 
 class IVantriDati;
@@ -27,7 +29,11 @@ namespace roadx::landxml {
 // ExportLandXML (dialogs, then the file) saying how it ended: CANCELLED when
 // a dialog was not confirmed, WRITE_FAILED (with the system's reason) when
 // the file could not be created or written in full.
-TExchangeStatus ExportLandXMLStatus(IVantriDati& doc);
+// With a sink, what the file cannot carry of the chosen roads is reported to
+// it (as `file`) once the dialogs are answered; with `refuse` too, nothing is
+// written when anything was reported (BAD_INPUT).
+TExchangeStatus ExportLandXMLStatus(IVantriDati& doc, vesk::diag::CSink* sink = nullptr, const std::string& file = "",
+                                    bool refuse = false);
 
 // WriteLandXMLFile (below) saying how it ended: OK, or WRITE_FAILED with the
 // system's reason.

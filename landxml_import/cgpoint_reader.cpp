@@ -3,6 +3,9 @@
 // referenced by name were imported with the survey and are left out; points
 // without exactly three coordinates are skipped, and a group left empty is
 // not created.
+#include <string_view>
+
+#include "landxml_import/import_diag.h"
 #include "landxml_import/point_sources.h"
 #include "landxml_import/readers.h"
 
@@ -19,7 +22,14 @@ void ImportCgPointGroup(const XmlSection& group, CLoadVantriDati& builder, bool 
         PX_String(point, "name", name);
         if (referenced.count(name) != 0) continue;
         TNorthEastElev p;
-        if (!ReadThreeNumbers(point, isMetric, p)) continue;
+        if (!ReadThreeNumbers(point, isMetric, p)) {
+            // A point given by pntRef alone has no text: it loses nothing.
+            if (point.Text().find_first_not_of(" \t\r\n") != std::string_view::npos)
+                DiagReport("cgpoint-not-three-numbers", point,
+                           "CgPoint has not exactly three coordinates (northing, easting, elevation)",
+                           "not imported");
+            continue;
+        }
         if (!created) {
             builder.AddGrpPnt(groupName);
             created = true;

@@ -8,6 +8,7 @@
 
 #include "host/plani_elem.h"
 #include "host/road.h"
+#include "landxml_import/import_diag.h"
 #include "landxml_import/reader_messages.h"
 #include "landxml_import/readers.h"
 #include "landxml_import/text_lists.h"
@@ -89,7 +90,11 @@ CPlaniElem* MakeSectionTrace(const XmlSection& crossSect, CRoad* road, double st
 // left of the leftmost start; such a turn-back point is stored at the end but
 // becomes the start that later points are compared with. Repeats and points
 // falling inside the covered range are dropped.
-void ReadCrossSectSurf(const XmlSection& surf, bool isMetric, vesk::String& name, std::vector<PNT_2D>& points) {
+// `dropped` counts the points dropped that are not a repeat of the one
+// before.
+void ReadCrossSectSurf(const XmlSection& surf, bool isMetric, vesk::String& name, std::vector<PNT_2D>& points,
+                       int64_t& dropped) {
+    dropped = 0;
     name.clear();
     PX_String(surf, "name", name);
     points.clear();
@@ -103,6 +108,7 @@ void ReadCrossSectSurf(const XmlSection& surf, bool isMetric, vesk::String& name
         } else if (p.x <= first.x && !(p == first)) {
             first = p;
         } else {
+            if (!(p == points.back())) ++dropped;
             return;
         }
         points.push_back(p);
@@ -131,17 +137,37 @@ void ImportCrossSect(const XmlSection& crossSect, CLoadVantriDati& builder, CRoa
     if (name.empty()) name = vesk::Format("S%f", station);
 
     vesk::RefPtr<CPlaniElem> trace(MakeSectionTrace(crossSect, road, station, isMetric));
-    if (!trace) return;
+    if (!trace) {
+        DiagReport("cross-sect-not-imported", crossSect,
+                   "CrossSect has no width (all its points at one offset) or its station lies outside the road's "
+                   "plan",
+                   "not imported");
+        return;
+    }
     // The section keeps its own reference to the trace.
     builder.AddSection(name, station, trace.get());
 
     vesk::String surfName;
     std::vector<PNT_2D> points;
+    int64_t dropped = 0;
     for (XmlSection surf : crossSect.Children("CrossSectSurf")) {
-        ReadCrossSectSurf(surf, isMetric, surfName, points);
-        if (surfName.empty() || points.empty()) continue;
+        ReadCrossSectSurf(surf, isMetric, surfName, points, dropped);
+        if (points.empty()) continue;
+        if (surfName.empty()) {
+            DiagReport("cross-sect-surf-unnamed", surf, "CrossSectSurf without a name", "not imported");
+            continue;
+        }
         const vesk::String code = CodeOfSurface(codes, surfName);
+        if (!code.empty() && dropped > 0)
+            DiagReport("cross-sect-point-dropped", surf,
+                       "CrossSectSurf point neither right of the points before it nor left of all of them (the line "
+                       "turns back)",
+                       "not imported", dropped);
         if (!code.empty()) builder.AddSectionProfileAlti(code, points);
+        else
+            DiagReport("cross-sect-surf-no-code", surf,
+                       "CrossSectSurf " + QuoteForMessage(surfName) + " maps to no section code",
+                       "not imported (--section-code SURFACE=CODE maps it)");
     }
 }
 

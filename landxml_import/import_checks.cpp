@@ -41,6 +41,54 @@ void CheckAngleUnit(const XmlSection& system, const char* attribute) {
                "values used as written, without a unit");
 }
 
+// Profile content beside the design vertices: terrain profiles (ProfSurf)
+// and vertical elements other than PVI, ParaCurve and CircCurve.
+void CheckProfiles(const XmlSection& alignment) {
+    for (const XmlSection profile : alignment.Children("Profile")) {
+        for (const XmlSection surf : profile.Children("ProfSurf"))
+            DiagReport("prof-surf-not-imported", surf, "ProfSurf (a terrain profile along the road) not imported",
+                       "only ProfAlign is read");
+        for (const XmlSection align : profile.Children("ProfAlign"))
+            for (pugi::xml_node c = align.Node().first_child(); c; c = c.next_sibling()) {
+                if (c.type() != pugi::node_element) continue;
+                const std::string_view tag = c.name();
+                if (tag == "PVI" || tag == "ParaCurve" || tag == "CircCurve" || tag == "Feature") continue;
+                DiagReport("profile-element-not-read", XmlSection(c), Quote(tag) + " in ProfAlign is not read",
+                           "left out of the design line");
+            }
+    }
+}
+
+// Numbers in a text, counted by its blank-separated tokens (the numbers
+// themselves are read, and checked, by the surface reader).
+size_t TokenCount(std::string_view text) {
+    size_t n = 0;
+    bool in = false;
+    for (char c : text) {
+        const bool blank = c == ' ' || c == '\t' || c == '\r' || c == '\n';
+        if (!blank && !in) ++n;
+        in = !blank;
+    }
+    return n;
+}
+
+// A breakline is imported as the segment between its first two points. A
+// note, not a warning: the command line's tests pin a silent import of
+// samples with such breaklines; see docs/diagnostics.md.
+void CheckBreaklines(const XmlSection& surface) {
+    CImportDiagScope* diag = CImportDiagScope::Current();
+    for (const XmlSection data : surface.Children("SourceData"))
+        for (const XmlSection lines : data.Children("Breaklines"))
+            for (const XmlSection line : lines.Children("Breakline"))
+                for (const char* tag : {"PntList3D", "PntList2D"})
+                    for (const XmlSection list : line.Children(tag))
+                        if (TokenCount(list.Text()) > (tag[7] == '3' ? 6u : 4u))
+                            diag->Report("breakline-points-ignored", line,
+                                         "Breakline of more than two points: only the segment between its first two "
+                                         "is imported",
+                                         "its further points ignored", 1, vesk::diag::ESeverity::Note);
+}
+
 void CheckObservationGroups(const XmlSection& survey, bool ddmmss) {
     for (const XmlSection group : survey.Children("ObservationGroup")) {
         const int64_t n = CountBelow(group, "RawObservation");
@@ -130,9 +178,13 @@ void CheckNotRead(const XmlSection& root, const TImportLandXMLResult& choices) {
         for (const XmlSection survey : root.Children("Survey"))
             for (const XmlSection group : survey.Children("CgPoints")) nested(group);
     }
+    for (const XmlSection surfaces : root.Children("Surfaces"))
+        for (const XmlSection surface : surfaces.Children("Surface"))
+            if (Chosen(choices.surfaces, surface.Attribute("name"))) CheckBreaklines(surface);
     for (const XmlSection alignments : root.Children("Alignments"))
         for (const XmlSection alignment : alignments.Children("Alignment")) {
             if (!Chosen(choices.alignments, alignment.Attribute("name"))) continue;
+            CheckProfiles(alignment);
             if (!alignment.IsSectionExists("CoordGeom") && alignment.IsSectionExists("AlignPIs"))
                 DiagReport("alignment-pis-only", alignment.Child("AlignPIs"),
                            "alignment given only by AlignPIs: its plan geometry is not read",

@@ -91,6 +91,10 @@ void ImportGpsRover(const XmlSection& pos, const TPointSources& sources, CLoadVa
     PX_Double(pos, "wgsLatitude", lat, kUndefined);
     PX_Double(pos, "wgsLongitude", lon, kUndefined);
     if (IsGiven(lat) && IsGiven(lon)) builder.AddGpsPnt(DegToRad(lat), DegToRad(lon), height);
+    else
+        DiagReport("gps-position-without-latlon", pos, "GPSPosition without wgsLatitude or wgsLongitude: no point added",
+                   pos.IsSectionExists("TargetPoint") ? "its TargetPoint's name and coordinates go to the point before it"
+                                                      : "");
     if (const XmlSection target = pos.Child("TargetPoint")) {
         builder.SetGpsPntName(Text(target, "name"), Text(target, "desc"));
         TNorthEastElev p;

@@ -3,9 +3,12 @@
 // name, a missing side interpolated between the nearest templates before and
 // after it.
 #include <cmath>
+#include <cstdio>
+#include <string>
 
 #include "host/load_vantri_dati.h"
 #include "host/plani_elem.h"
+#include "rd3/rd3_name.h"
 #include "rd3/rd3_reader.h"
 #include "rd3/rd3_section_points.h"
 #include "vesk/format.h"
@@ -88,6 +91,38 @@ bool BuildSection(ReadContext& ctx, int n, double p, const RD3SectionTemplate& l
     return true;
 }
 
+std::string Station(double prog) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.3f", prog);
+    return buf;
+}
+
+std::string AssignPath(const RD3SectionAssign& a) { return "section assignment at station " + Station(a.prog); }
+
+// The template an assignment names, saying when the name is unknown and the
+// first template stands in for it.
+RD3SectionTemplate* AssignedTemplate(ReadContext& ctx, const RD3SectionAssign& a) {
+    if (ctx.sink) {
+        bool known = false;
+        for (const auto& t : ctx.templates) known = known || t->name == a.name;
+        if (!known)
+            Diag(ctx, "rd3-template-not-found", -1, AssignPath(a),
+                 "the assignment names the template \"" + Utf16ToUtf8(a.name) + "\", which the file does not hold",
+                 "the first template \"" + Utf16ToUtf8(ctx.templates.front()->name) + "\" used");
+    }
+    return FindTemplate(ctx, a.name);
+}
+
+// Assignments at the chainage of entry i beyond the `used` first ones: one
+// section takes one template per side.
+void ReportUnused(ReadContext& ctx, size_t i, size_t used) {
+    const auto& list = ctx.assigns;
+    for (size_t j = i + used; j < list.size() && list[j].prog == list[i].prog; ++j)
+        Diag(ctx, "rd3-assignment-not-used", -1, AssignPath(list[j]),
+             "another assignment at the same station already gives the section its template",
+             "assignment not used");
+}
+
 }  // namespace
 
 RD3SectionTemplate* FindTemplate(ReadContext& ctx, const RD3Name& name) {
@@ -103,10 +138,11 @@ ReadEnd BuildSections(ReadContext& ctx) {
     for (size_t i = 0; i < list.size(); ++i) {
         if (i > 0 && list[i].prog == list[i - 1].prog) continue;
         const RD3SectionAssign& e = list[i];
-        RD3SectionTemplate* own = FindTemplate(ctx, e.name);
+        RD3SectionTemplate* own = AssignedTemplate(ctx, e);
         RD3SectionTemplate* other = nullptr;
         if (e.side != kSideBoth && i + 1 < list.size() && list[i + 1].prog == e.prog)
-            other = FindTemplate(ctx, list[i + 1].name);
+            other = AssignedTemplate(ctx, list[i + 1]);
+        if (ctx.sink) ReportUnused(ctx, i, other ? 2 : 1);
         RD3SectionTemplate* left = e.side == kSideRight ? other : own;
         RD3SectionTemplate* right = e.side == kSideLeft ? other : own;
         if (!left || !right) {
@@ -115,7 +151,10 @@ ReadEnd BuildSections(ReadContext& ctx) {
         }
         ctx.sectionWork += left->segments.size() + right->segments.size() + 1;
         if (ctx.sectionWork > kMaxSectionWork) return ReadEnd::kTooLarge;
-        BuildSection(ctx, n, e.prog, *left, *right);
+        if (!BuildSection(ctx, n, e.prog, *left, *right))
+            Diag(ctx, "rd3-section-not-built", -1, "section S" + std::to_string(n) + " (station " + Station(e.prog) + ")",
+                 "the road has no plan element or no profile elevation at the section's station",
+                 "section not added; its number is skipped");
         ++n;  // the number is used up whether or not a section was added
     }
     return ReadEnd::kOk;

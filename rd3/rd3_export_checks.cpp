@@ -4,6 +4,7 @@
 
 #include "host/road.h"
 #include "rd3/rd3_name.h"
+#include "vesk/undefined.h"
 
 namespace roadx::rd3 {
 
@@ -27,6 +28,34 @@ vesk::diag::TRecord Record(const char* kind, const std::string& file, std::strin
     return r;
 }
 
+// A section is carried only as the template its "STF" line makes, at a
+// station where the main project line has an elevation; the rest of a
+// section (terrain, other lines) has no place in an RD3 file.
+void CheckSections(CRoad& road, vesk::diag::CSink* sink, const std::string& file, const std::string& roadPath) {
+    CProfileAlti* prj = road.GetRoadProfile() ? road.GetRoadProfile()->GetMainPrjAlti() : nullptr;
+    for (int i = 0; i < road.GetNumSections(); ++i) {
+        CProfile* section = road.GetSection(i);
+        if (!section) continue;
+        const std::string where = roadPath + " / section " + std::string(section->GetName()) + " (station " +
+                                  Station(section->GetSectionProg()) + ")";
+        const CProfileAlti* stf = section->FindProfileAlti("STF");
+        if (!stf) {
+            sink->Report(Record("rd3-section-without-stf", file, where,
+                                "section has no \"STF\" line, the only line an RD3 template is made of",
+                                "section not written (--section-code SURFACE=STF makes a surface its template)", 1));
+            continue;
+        }
+        // The imports store no "STF" line without points, so its walk always
+        // finds an axis.
+        bool ok = false;
+        if (!vesk::IsDefined(prj ? CalcQuoteAtAltiProg(prj, section->GetSectionProg(), ok) : vesk::kUndefined))
+            sink->Report(Record("rd3-section-no-elevation", file, where,
+                                "the road's main project line has no elevation at the section's station (an RD3 "
+                                "template is relative to it)",
+                                "section not written", 1));
+    }
+}
+
 }  // namespace
 
 void CheckRD3Export(CRoad& road, vesk::diag::CSink* sink, const std::string& file) {
@@ -47,13 +76,7 @@ void CheckRD3Export(CRoad& road, vesk::diag::CSink* sink, const std::string& fil
                             "continuity clothoid not written (RD3 has no record for it)",
                             "left out: every later element starts where the file's previous one ends", 1));
     }
-    for (int i = 0; i < road.GetNumSections(); ++i) {
-        CProfile* section = road.GetSection(i);
-        if (!section || !section->GetSectionTemplate() || section->FindProfileAlti("STF")) continue;
-        sink->Report(Record("rd3-section-without-stf", file,
-                            roadPath + " / section at station " + Station(section->GetSectionProg()),
-                            "section has no \"STF\" line: its template is not written", "section left out", 1));
-    }
+    CheckSections(road, sink, file, roadPath);
 }
 
 }  // namespace roadx::rd3

@@ -16,6 +16,7 @@ inline constexpr uint32_t kNoRecord = 0xFFFFFFFEu;
 
 inline constexpr uint32_t kHeaderSize = 218;
 inline constexpr uint32_t kDirectoryPos = 98;      // first directory slot
+inline constexpr uint32_t kHeaderNamePos = 30;     // the road name field (66 bytes)
 inline constexpr uint32_t kFirstDirOffsetPos = 100;  // offset field of slot 1
 inline constexpr uint32_t kDirSlotSize = 6;
 inline constexpr uint16_t kDirSlotCount = 20;

@@ -9,6 +9,7 @@
 #include "host/load_vantri_dati.h"
 #include "host/ui.h"
 #include "rd3/rd3_reader.h"
+#include "rd3/rd3_name.h"
 #include "rd3/rd3_records.h"
 #include "vesk/source_event.h"
 
@@ -74,17 +75,37 @@ ReadEnd ReadSections(ReadContext& ctx, const RD3DirSlot dir[4]) {
     return BuildSections(ctx);
 }
 
-ReadEnd ImportImage(IVantriDati* doc, const vesk::String& roadName, const uint8_t* data, size_t size) {
+// The road takes its name from the file's name; the name field of the
+// header is not used. Said when the two differ.
+void CheckRoadName(ReadContext& ctx, const vesk::String& roadName) {
+    if (!ctx.sink) return;
+    RD3Name inFile;
+    if (!ctx.in.Seek(kHeaderNamePos) || !ReadNameField(ctx.in, inFile)) return;
+    const std::string stated = Utf16ToUtf8(inFile);
+    if (stated == std::string(roadName)) return;
+    // A note, not a warning: naming the road after its file is how RD3
+    // files are read, and the file's name is the user's to choose.
+    Diag(ctx, "rd3-road-name-from-file", kHeaderNamePos, "file header",
+         "the file names its road \"" + stated + "\"; the road takes the file's name instead",
+         "road named \"" + std::string(roadName) + "\"", vesk::diag::ESeverity::Note);
+}
+
+ReadEnd ImportImage(IVantriDati* doc, const vesk::String& roadName, const uint8_t* data, size_t size,
+                    vesk::diag::CSink* sink, const std::string& file) {
     if (!doc) return ReadEnd::kOpenFailed;
     if (!data || size < 1) return ReadEnd::kEmpty;
     CLoadVantriDati builder(doc);
     vesk::CBitStreamReader in(size, data);
     ReadContext ctx(builder, in, size);
+    ctx.sink = sink;
+    ctx.file = file;
+    ctx.roadPath = "Road \"" + std::string(roadName) + "\"";
 
     RD3DirSlot dir[4];
     if (!ReadDirectory(in, dir)) return Report(ReadEnd::kTruncated);
     if (dir[0].tag != kTagRoad) return Report(ReadEnd::kBadDirectory);
     if (IsNoRecord(dir[0].offset)) return ReadEnd::kNoRoad;
+    CheckRoadName(ctx, roadName);
     ReadEnd s = ReadRoadAndPlan(ctx, dir[0].offset, roadName);
     if (s != ReadEnd::kOk) return Report(s);
     if (dir[1].tag != kTagProfile) return Report(ReadEnd::kBadDirectory);
@@ -99,6 +120,21 @@ ReadEnd ImportImage(IVantriDati* doc, const vesk::String& roadName, const uint8_
 }
 
 }  // namespace
+
+void Diag(ReadContext& ctx, const char* kind, int64_t offset, const std::string& element, std::string message,
+          std::string instead, vesk::diag::ESeverity severity) {
+    if (!ctx.sink) return;
+    if (ctx.sink->Merge(kind, ctx.file, 1)) return;
+    vesk::diag::TRecord r;
+    r.severity = severity;
+    r.kind = kind;
+    r.file = ctx.file;
+    r.offset = offset;
+    r.element = ctx.roadPath + " / " + element;
+    r.message = std::move(message);
+    r.instead = std::move(instead);
+    ctx.sink->Report(std::move(r));
+}
 
 const char* ReadEndText(ReadEnd s) {
     switch (s) {
@@ -135,15 +171,16 @@ vesk::String Rd3RoadNameFromPath(const char* path) {
     return dot ? vesk::String(start, static_cast<size_t>(dot - start)) : vesk::String(start);
 }
 
-TExchangeStatus ImportRD3BufferStatus(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size) {
-    return StatusOf(ImportImage(doc, roadName ? roadName : "", data, size));
+TExchangeStatus ImportRD3BufferStatus(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size,
+                                      vesk::diag::CSink* sink, const std::string& file) {
+    return StatusOf(ImportImage(doc, roadName ? roadName : "", data, size, sink, file));
 }
 
-TExchangeStatus ImportRD3Status(IVantriDati* doc, const char* path) {
+TExchangeStatus ImportRD3Status(IVantriDati* doc, const char* path, vesk::diag::CSink* sink) {
     std::vector<uint8_t> data;
     ReadEnd s = ReadEnd::kOk;
     if (!ReadWholeFile(path, data, s)) return StatusOf(s);
-    return StatusOf(ImportImage(doc, Rd3RoadNameFromPath(path), data.data(), data.size()));
+    return StatusOf(ImportImage(doc, Rd3RoadNameFromPath(path), data.data(), data.size(), sink, path ? path : ""));
 }
 
 TExchangeStatus StatusOf(ReadEnd s) {

@@ -3,8 +3,10 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "exchange/common/status.h"
+#include "vesk/diagnostics.h"
 #include "vesk/string.h"
 
 class IVantriDati;
@@ -41,10 +43,14 @@ ReadEnd ReadEndOf(const TExchangeStatus& s);
 
 // FImportRD3 saying how it ended. The message box is shown for the format
 // errors as the host expects; the status tells the rest.
-TExchangeStatus ImportRD3Status(IVantriDati* doc, const char* path);
+// With a sink, what the file holds that the import leaves out or changes is
+// reported to it (see vesk/diagnostics.h); nothing else changes.
+TExchangeStatus ImportRD3Status(IVantriDati* doc, const char* path, vesk::diag::CSink* sink = nullptr);
 
 // The same over a file image in memory; roadName is used as it stands.
-TExchangeStatus ImportRD3BufferStatus(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size);
+// `file` names the image in the records.
+TExchangeStatus ImportRD3BufferStatus(IVantriDati* doc, const char* roadName, const uint8_t* data, size_t size,
+                                      vesk::diag::CSink* sink = nullptr, const std::string& file = "");
 
 // The road name of a file: the part after the last '/' or '\', cut before
 // its first '.'.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <climits>
 #include <cmath>
+#include <string>
 
 #include "rd3/rd3_reader.h"
 #include "rd3/rd3_records.h"
@@ -14,7 +15,15 @@ namespace {
 // without a chainage cannot place a section; it is left out (this also keeps
 // the sort well defined).
 void Keep(ReadContext& ctx, const RD3AssignEntry& e) {
-    if (e.side < kFileSideLeft || e.side > kFileSideBoth || std::isnan(e.prog)) return;
+    if (e.side < kFileSideLeft || e.side > kFileSideBoth || std::isnan(e.prog)) {
+        Diag(ctx, "rd3-assignment-left-out", -1,
+             "section assignment " + std::to_string(ctx.assigns.size() + ctx.assignsLeftOut++ + 1),
+             std::isnan(e.prog) ? std::string("section assignment without a station (NaN)")
+                                : "section assignment of side " + std::to_string(e.side) +
+                                      " (sides are 1 left, 2 right, 3 both)",
+             "assignment left out");
+        return;
+    }
     ctx.assigns.push_back({e.name, e.prog, static_cast<int32_t>(e.side) - 1});
 }
 

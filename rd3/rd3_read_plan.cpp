@@ -1,6 +1,9 @@
 // The road record and the plan chain. No element record holds a start point
 // or a chainage: the reader carries the running point, tangent and chainage
 // from one element to the next.
+#include <cstdio>
+#include <string>
+
 #include "host/load_vantri_dati.h"
 #include "host/plani_elem.h"
 #include "rd3/rd3_azimuth.h"
@@ -22,6 +25,12 @@ ReadEnd SeekRecord(ReadContext& ctx, uint32_t offset, RD3RecHeader& h) {
 }
 
 namespace {
+
+std::string Station(double prog) {
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%.3f", prog);
+    return buf;
+}
 
 struct RunningState {
     double prog = 0.0;
@@ -79,12 +88,17 @@ ReadEnd ReadClothoid(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) 
     return ReadEnd::kOk;
 }
 
-ReadEnd ReadElement(ReadContext& ctx, const RD3RecHeader& h, RunningState& st) {
+ReadEnd ReadElement(ReadContext& ctx, const RD3RecHeader& h, uint32_t offset, RunningState& st) {
     switch (h.type) {
         case kRecStraight: return ReadStraight(ctx, st);
         case kRecClothoid: return ReadClothoid(ctx, h, st);
         case kRecArc: return ReadArc(ctx, h, st);
-        default: return ReadEnd::kOk;  // other records are skipped silently
+        default:  // other records are skipped silently
+            Diag(ctx, "rd3-plan-record-skipped", offset,
+                 "plan record at offset " + std::to_string(offset) + " (station " + Station(st.prog) + ")",
+                 "plan record of type " + std::to_string(h.type) + " is not a straight, arc or clothoid",
+                 "skipped; the next element starts where the one before ends");
+            return ReadEnd::kOk;
     }
 }
 
@@ -95,7 +109,7 @@ ReadEnd ReadPlanChain(ReadContext& ctx, uint32_t next, uint32_t roadOffset, Runn
         if (!visited.Visit(next)) return next < ctx.fileSize ? ReadEnd::kLoop : ReadEnd::kTruncated;
         RD3RecHeader h;
         ReadEnd s = SeekRecord(ctx, next, h);
-        if (s == ReadEnd::kOk) s = ReadElement(ctx, h, st);
+        if (s == ReadEnd::kOk) s = ReadElement(ctx, h, next, st);
         if (s != ReadEnd::kOk) return s;
         next = h.next;
     }

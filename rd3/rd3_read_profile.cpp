@@ -2,6 +2,7 @@
 // ends only at 0xFFFFFFFE; a next-link of 0 is followed to offset 0 like any
 // other offset.
 #include <cmath>
+#include <string>
 
 #include "host/load_vantri_dati.h"
 #include "rd3/rd3_reader.h"
@@ -57,6 +58,10 @@ ReadEnd ReadProfile(ReadContext& ctx, uint32_t offset) {
                 break;
             }
             current = {rec.prog, rec.elevation, rec.curveLength};
+        } else {
+            Diag(ctx, "rd3-profile-record-repeats", next, "profile record at offset " + std::to_string(next),
+                 "profile record of type " + std::to_string(h.type) + " holds no vertex",
+                 "the vertex before it is repeated (station 0, elevation 0 when it is the first)");
         }
         // A record of another type repeats the vertex before it.
         vertices.push_back(current);

@@ -6,12 +6,14 @@
 #pragma once
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "rd3/rd3_format.h"
 #include "rd3/rd3_import.h"
 #include "rd3/rd3_template.h"
 #include "vesk/bit_stream_reader.h"
+#include "vesk/diagnostics.h"
 
 class CLoadVantriDati;
 class CRoad;
@@ -63,7 +65,19 @@ struct ReadContext {
     std::vector<RD3SectionAssign> assigns;
     uint64_t sectionWork = 0;
     uint64_t pairWork = 0;
+    // Diagnostics (may be null): the file as the user named it, and the
+    // road as records name it ("Road \"name\"").
+    vesk::diag::CSink* sink = nullptr;
+    std::string file;
+    std::string roadPath;
+    size_t assignsLeftOut = 0;  // numbers the assignments in records
 };
+
+// Reports what the import left out or changed; one pointer test without a
+// sink. `element` follows the road's path; `offset` is the record's (-1 when
+// none).
+void Diag(ReadContext& ctx, const char* kind, int64_t offset, const std::string& element, std::string message,
+          std::string instead, vesk::diag::ESeverity severity = vesk::diag::ESeverity::Warning);
 
 // Seeks to a record and reads its header: kTruncated when it is not all
 // inside the file.

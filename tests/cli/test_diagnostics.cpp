@@ -7,6 +7,8 @@
 #include <stdlib.h>
 
 #include <filesystem>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -106,7 +108,58 @@ const TKindCase kKinds[] = {
     {"alignment_rules.xml", "road-negative-length", 1, 11, "Alignments \"Site\" / Alignment \"Back\" (station 1000)",
      "1 the road runs from station 304.801 to 91.4402 (length -213.36): the alignment's staStart is not followed by "
      "its elements' stations; imported as read; its length is negative"},
+    {"more_kinds.xml", "length-unit-not-read", 1, 3, "Units / Metric",
+     "1 linearUnit \"kilometer\" is not read; lengths taken as metres"},
+    {"more_kinds.xml", "observation-group-not-read", 1, 22, "Survey / ObservationGroup g1",
+     "1 RawObservation not imported (observations inside ObservationGroup are not read)"},
+    {"more_kinds.xml", "observation-without-target", 1, 18, "Survey / InstrumentSetup s1 / RawObservation 1",
+     "1 RawObservation not imported (it has no TargetPoint)"},
+    {"more_kinds.xml", "observation-target-not-found", 1, 19,
+     "Survey / InstrumentSetup s1 / RawObservation 2 / TargetPoint",
+     "1 RawObservation not imported (its TargetPoint has no coordinates and names no known point)"},
+    {"sections_points.xml", "cgpoint-not-three-numbers", 1, 6, "CgPoints \"P\" / CgPoint \"Flat\"",
+     "1 CgPoint has not exactly three coordinates (northing, easting, elevation); not imported"},
+    // -3 lies between -2 (the last kept) and -5 (the first): dropped.
+    {"sections_points.xml", "cross-sect-point-dropped", 1, 15,
+     "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 1 / CrossSectSurf \"Ground\"",
+     "1 CrossSectSurf point neither right of the points before it nor left of all of them (the line turns back); "
+     "not imported"},
+    {"sections_points.xml", "cross-sect-surf-unnamed", 1, 16,
+     "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 1 / CrossSectSurf 2",
+     "1 CrossSectSurf without a name; not imported"},
+    // Station 500 of a road 100 m long.
+    {"sections_points.xml", "cross-sect-not-imported", 1, 18,
+     "Alignments / Alignment \"R\" (station 0) / CrossSects / CrossSect 2",
+     "1 CrossSect has no width (all its points at one offset) or its station lies outside the road's plan; not "
+     "imported"},
+    {"profile_surface.xml", "prof-surf-not-imported", 1, 24,
+     "Alignments / Alignment \"R\" (station 0) / Profile / ProfSurf \"Ground\"",
+     "1 ProfSurf (a terrain profile along the road) not imported; only ProfAlign is read"},
+    {"profile_surface.xml", "profile-element-not-read", 1, 27,
+     "Alignments / Alignment \"R\" (station 0) / Profile / ProfAlign \"Design\" / UnsymParaCurve",
+     "1 \"UnsymParaCurve\" in ProfAlign is not read; left out of the design line"},
+    {"gps_rover.xml", "gps-position-without-latlon", 1, 10, "Survey / GPSPosition 2",
+     "1 GPSPosition without wgsLatitude or wgsLongitude: no point added; its TargetPoint's name and coordinates go "
+     "to the point before it"},
+    // A = sqrt(500 * 50) = 158.113883 against the stated 300.
+    {"more_kinds.xml", "spiral-constant-mismatch", 1, 11,
+     "Alignments / Alignment \"S\" (station 0) / CoordGeom / Spiral (station 100)",
+     "1 spiral parameter A = 158.113883 (from its length and radii) matches neither the file's constant 300.000000 "
+     "nor its square root 17.320508; the user was asked whether to go on; A kept"},
 };
+
+// Any of these warnings makes --strict exit 1 without writing.
+TEST_P(DiagnosticKinds, StrictWritesNothing) {
+    char tmpl[] = "/tmp/roadx-strict-XXXXXX";
+    const std::string dir = mkdtemp(tmpl);
+    const std::string out = dir + "/o.xml";
+    const TCommandResult r = RunCommand(Roadx() + " convert --strict " + ShellQuote(kDiag + GetParam().file) + " -o " +
+                                        ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 1) << r.output;
+    EXPECT_NE(r.output.find("[" + std::string(GetParam().kind) + "]"), std::string::npos) << r.output;
+    EXPECT_FALSE(std::filesystem::exists(out));
+    std::filesystem::remove_all(dir);
+}
 
 std::string KindName(const ::testing::TestParamInfo<TKindCase>& i) {
     std::string n = TestName(std::string(i.param.kind) + ".x");
@@ -114,6 +167,11 @@ std::string KindName(const ::testing::TestParamInfo<TKindCase>& i) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Diag, DiagnosticKinds, ::testing::ValuesIn(kKinds), KindName);
+
+std::string ReadText(const std::string& path) {
+    std::ifstream f(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(f), std::istreambuf_iterator<char>());
+}
 
 // A temporary folder, removed at the end of the test.
 struct TTempDir {
@@ -141,6 +199,146 @@ TEST(Diagnostics, RD3ExportSaysWhatTheFileCannotCarry) {
               "every later element starts where the file's previous one ends (first at " + road +
               " / plan element 2 (station 100.000)) [rd3-continuity-clothoid]\n");
     EXPECT_TRUE(std::filesystem::exists(out));
+}
+
+// Sections reach an RD3 file only as the template of their "STF" line, at
+// stations where the project line has an elevation (it ends at 150 here).
+TEST(Diagnostics, RD3ExportSaysWhichSectionsAreLeftOut) {
+    TTempDir tmp;
+    const std::string out = tmp.path + "/o.rd3";
+    const TCommandResult r =
+        RunCommand(Roadx() + " convert " + ShellQuote(kDiag + "rd3_sections.xml") + " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.output,
+              "roadx: warning: " + out + ": 2 section has no \"STF\" line, the only line an RD3 template is made of; "
+              "section not written (--section-code SURFACE=STF makes a surface its template) (first at Road \"R\" / "
+              "section S100.000000 (station 100.000)) [rd3-section-without-stf]\n"
+              "roadx: warning: " + out + ": 1 the road's main project line has no elevation at the section's station "
+              "(an RD3 template is relative to it); section not written (first at Road \"R\" / section S180.000000 "
+              "(station 180.000)) [rd3-section-no-elevation]\n");
+    const TCommandResult back = RunCommand(Roadx() + " info --json " + ShellQuote(out) + " 2>/dev/null");
+    EXPECT_EQ(json::parse(back.output).at("roads").at(0).at("sections"), 1) << back.output;
+}
+
+// An RD3 file whose plan chain holds a record of type 7 after its straight.
+TEST(Diagnostics, RD3ImportSaysWhatItSkipped) {
+    const std::string rd3 = roadx::test::DataPath("rd3/diag/R.rd3");
+    const std::string element = "Road \"R\" / plan record at offset 984 (station 200.000)";
+    const json w = Warnings(rd3);
+    ASSERT_EQ(w.size(), 1u) << w.dump();
+    EXPECT_EQ(w[0].at("kind"), "rd3-plan-record-skipped");
+    EXPECT_EQ(w[0].at("count"), 1);
+    EXPECT_EQ(w[0].at("line"), 0);
+    EXPECT_EQ(w[0].at("offset"), 984);
+    EXPECT_EQ(w[0].at("element"), element);
+    TTempDir tmp;
+    const TCommandResult r =
+        RunCommand(Roadx() + " convert " + ShellQuote(rd3) + " -o " + ShellQuote(tmp.path + "/o.xml") + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    EXPECT_EQ(r.output, "roadx: warning: " + rd3 + ": 1 plan record of type 7 is not a straight, arc or clothoid; "
+                        "skipped; the next element starts where the one before ends (first at " + element +
+                        ") [rd3-plan-record-skipped]\n");
+    const TCommandResult strict = RunCommand(Roadx() + " convert --strict " + ShellQuote(rd3) + " -o " +
+                                             ShellQuote(tmp.path + "/p.xml") + " 2>&1");
+    EXPECT_EQ(strict.exitCode, 1);
+    EXPECT_FALSE(std::filesystem::exists(tmp.path + "/p.xml"));
+    EXPECT_EQ(RunCommand(Roadx() + " convert -q " + ShellQuote(rd3) + " -o " + ShellQuote(tmp.path + "/q.xml") +
+                         " 2>&1").output,
+              "");
+}
+
+// Layer names a drawing file does not allow, names that become equal once
+// valid, characters beyond the file's code page, a tab in a point name.
+TEST(Diagnostics, DrawingExportSaysWhatTheFileChanges) {
+    TTempDir tmp;
+    const std::string in = ShellQuote(kDiag + "drawing_names.xml");
+    const std::string dxf = tmp.path + "/o.dxf";
+    const TCommandResult r = RunCommand(Roadx() + " convert " + in + " -o " + ShellQuote(dxf) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    const std::string w = "roadx: warning: " + dxf + ": ";
+    EXPECT_EQ(r.output,
+              w + "2 layer name holds characters a drawing file does not allow in names (< > / \\ \" : ; ? * | = `, "
+                  "control characters, broken UTF-8) or is empty; each replaced by '_': written as "
+                  "\"Grafica_DTM_Cut_Fill\" (first at layer \"Grafica_DTM_Cut/Fill\") [drawing-name-replaced]\n" +
+              w + "1 layer name, once valid, is an earlier one's (names compare without regard to case); written as "
+                  "\"Grafica_DTM_Cut_Fill_2\" (first at layer \"Grafica_DTM_Cut:Fill\") [drawing-name-suffixed]\n" +
+              w + "1 layer name holds characters code page 1252 lacks; each written as a \\U+XXXX escape, which "
+                  "readers decode (first at layer \"Grafica_DTM_Дорога\") [drawing-name-escaped]\n" +
+              w + "1 text holds characters beyond ASCII; each written as a \\U+XXXX escape, which readers decode "
+                  "(first at Text \"Ω 1\" on layer \"Grafica_Punti\") [drawing-text-escaped]\n" +
+              w + "1 text holds control characters (line breaks, tabs) or broken UTF-8; each control character "
+                  "written as a blank, each broken byte as '?' (first at Text \"A B\" on layer \"Grafica_Punti\") "
+                  "[drawing-text-replaced]\n");
+    // The file holds what the records say.
+    const std::string bytes = ReadText(dxf);
+    EXPECT_NE(bytes.find("\nGrafica_DTM_Cut_Fill_2\n"), std::string::npos);
+    EXPECT_NE(bytes.find("\nGrafica_DTM_\\U+0414\\U+043E\\U+0440\\U+043E\\U+0433\\U+0430\n"), std::string::npos);
+    EXPECT_NE(bytes.find("\nA B\n"), std::string::npos);
+    // DWG texts keep code page 1252; Ω is beyond it too.
+    const std::string dwg = tmp.path + "/o.dwg";
+    const TCommandResult d = RunCommand(Roadx() + " convert " + in + " -o " + ShellQuote(dwg) + " 2>&1");
+    EXPECT_EQ(d.exitCode, 0);
+    EXPECT_NE(d.output.find("roadx: warning: " + dwg + ": 1 text holds characters code page 1252 lacks; each "
+                            "written as a \\U+XXXX escape, which readers decode (first at Text \"Ω 1\" on layer "
+                            "\"Grafica_Punti\") [drawing-text-escaped]\n"),
+              std::string::npos)
+        << d.output;
+    for (const char* name : {"/p.dxf", "/p.dwg"}) {
+        const TCommandResult s =
+            RunCommand(Roadx() + " convert --strict " + in + " -o " + ShellQuote(tmp.path + name) + " 2>&1");
+        EXPECT_EQ(s.exitCode, 1);
+        EXPECT_NE(s.output.find("roadx: " + tmp.path + name + ": 5 kind(s) of warning, an error with --strict; "
+                                "nothing written\n"),
+                  std::string::npos)
+            << s.output;
+        EXPECT_FALSE(std::filesystem::exists(tmp.path + name));
+    }
+}
+
+// A continuity clothoid, a design line that starts after the road, and a
+// section surface of one point.
+TEST(Diagnostics, LandXMLExportSaysWhatTheFileCannotCarry) {
+    TTempDir tmp;
+    const std::string in = ShellQuote(kDiag + "landxml_cannot_carry.xml");
+    const std::string out = tmp.path + "/o.xml";
+    const TCommandResult r = RunCommand(Roadx() + " convert " + in + " -o " + ShellQuote(out) + " 2>&1");
+    EXPECT_EQ(r.exitCode, 0);
+    const std::string w = "roadx: warning: " + out + ": ";
+    EXPECT_EQ(r.output,
+              w + "1 the design line has no elevation at the road's start (station 0.000); Start written with the "
+                  "undefined value 1.7e200 as its elevation (first at Road \"A\" / Start) [landxml-start-elevation]\n" +
+              w + "1 continuity clothoid (between two radii) not written: the export writes spirals from or to a "
+                  "straight only; left out: CoordGeom has a gap where it was (first at Road \"A\" / plan element 2 "
+                  "(station 100.000)) [landxml-continuity-clothoid]\n" +
+              w + "1 a section point stands alone between undefined vertices (no line to write); not written (first "
+                  "at Road \"A\" / section S50.000000 (station 50.000) / line \"Ground\" at offset -5.000) "
+                  "[landxml-section-point-dropped]\n");
+    // The file is what the records say: no Spiral, the point at -5 absent.
+    const std::string text = ReadText(out);
+    EXPECT_EQ(text.find("<Spiral"), std::string::npos);
+    EXPECT_EQ(text.find("-5.000000 99.000000"), std::string::npos);
+    EXPECT_NE(text.find("<PntList2D>0.000000 99.500000 5.000000 99.000000 </PntList2D>"), std::string::npos);
+    const std::string strictOut = tmp.path + "/p.xml";
+    const TCommandResult s = RunCommand(Roadx() + " convert --strict " + in + " -o " + ShellQuote(strictOut) + " 2>&1");
+    EXPECT_EQ(s.exitCode, 1);
+    EXPECT_NE(s.output.find("roadx: " + strictOut + ": 3 kind(s) of warning, an error with --strict; nothing written\n"),
+              std::string::npos)
+        << s.output;
+    EXPECT_FALSE(std::filesystem::exists(strictOut));
+}
+
+// With --section-code, a surface it does not name has no code.
+TEST(Diagnostics, SurfaceWithoutSectionCode) {
+    const std::string path = kDiag + "sections_points.xml";
+    const TCommandResult r =
+        RunCommand(Roadx() + " info --section-code Other=STF " + ShellQuote(path) + " 2>&1 >/dev/null");
+    EXPECT_NE(r.output.find("roadx: warning: " + path + ":15: 1 CrossSectSurf \"Ground\" maps to no section code; not "
+                            "imported (--section-code SURFACE=CODE maps it) (first at Alignments / Alignment \"R\" "
+                            "(station 0) / CrossSects / CrossSect 1 / CrossSectSurf \"Ground\") [cross-sect-surf-no-code]\n"),
+              std::string::npos)
+        << r.output;
+    const TCommandResult plain = RunCommand(Roadx() + " info " + ShellQuote(path) + " 2>&1 >/dev/null");
+    EXPECT_EQ(plain.output.find("[cross-sect-surf-no-code]"), std::string::npos) << plain.output;
 }
 
 TEST(Diagnostics, StrictImportWarningExitsOneAndWritesNothing) {

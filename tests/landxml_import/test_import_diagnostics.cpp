@@ -46,6 +46,24 @@ TEST(ImportDiagnostics, SameTraceAndStatusWithASink) {
     EXPECT_GT(withRecords, 10u);
 }
 
+// Breaklines of more than two points keep their first segment: a note.
+TEST(ImportDiagnostics, BreaklineOfMoreThanTwoPointsIsANote) {
+    vesk::diag::CSink sink;
+    TImportRun run;
+    run.sink = &sink;
+    run.RunFile(roadx::test::DataPath("landxml/diag/profile_surface.xml"));
+    const vesk::diag::TRecord* found = nullptr;
+    for (const vesk::diag::TRecord& r : sink.Records())
+        if (r.kind == "breakline-points-ignored") found = &r;
+    ASSERT_NE(found, nullptr);
+    EXPECT_EQ(found->severity, vesk::diag::ESeverity::Note);
+    EXPECT_EQ(found->count, 1);  // the second breakline has two points
+    EXPECT_EQ(found->line, 8);
+    EXPECT_EQ(found->element, "Surfaces / Surface \"G\" / SourceData / Breaklines / Breakline 1");
+    EXPECT_EQ(found->message, "Breakline of more than two points: only the segment between its first two is imported");
+    EXPECT_EQ(found->instead, "its further points ignored");
+}
+
 // A number record through the library: place of the token itself.
 TEST(ImportDiagnostics, BadNumberRecordPointsAtItsToken) {
     vesk::diag::CSink sink;
