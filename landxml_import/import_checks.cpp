@@ -72,9 +72,8 @@ size_t TokenCount(std::string_view text) {
     return n;
 }
 
-// A breakline is imported as the segment between its first two points. A
-// note, not a warning: the command line's tests pin a silent import of
-// samples with such breaklines; see docs/diagnostics.md.
+// A breakline is imported as the segment between its first two points: its
+// further points are lost, which the user is told.
 void CheckBreaklines(const XmlSection& surface) {
     CImportDiagScope* diag = CImportDiagScope::Current();
     for (const XmlSection data : surface.Children("SourceData"))
@@ -86,7 +85,7 @@ void CheckBreaklines(const XmlSection& surface) {
                             diag->Report("breakline-points-ignored", line,
                                          "Breakline of more than two points: only the segment between its first two "
                                          "is imported",
-                                         "its further points ignored", 1, vesk::diag::ESeverity::Note);
+                                         "its further points ignored", 1);
 }
 
 void CheckObservationGroups(const XmlSection& survey, bool ddmmss) {

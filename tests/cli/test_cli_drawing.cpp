@@ -50,7 +50,7 @@ std::vector<double> PolylineVertexZ(const std::string& dxf, const std::string& l
 
 TEST(CliDrawing, DiskFullIsAClearErrorNamingTheFile) {
     dxtest::CTempDir dir;
-    const TRun r = Roadx("convert '" + Sample("c3d_tin_boundaries_breaklines") + "' -o /dev/full --to dxf", dir);
+    const TRun r = Roadx("convert -q '" + Sample("c3d_tin_boundaries_breaklines") + "' -o /dev/full --to dxf", dir);
     EXPECT_EQ(r.status, 1);
     // The cause in the words every format uses; the host's message box
     // text goes to the trace, not into this line.
@@ -59,7 +59,7 @@ TEST(CliDrawing, DiskFullIsAClearErrorNamingTheFile) {
 
 TEST(CliDrawing, UnwritableFolder) {
     dxtest::CTempDir dir;
-    const TRun r = Roadx("convert '" + Sample("c3d_tin_boundaries_breaklines") + "' -o '" + dir.File("no/x.dxf") + "'", dir);
+    const TRun r = Roadx("convert -q '" + Sample("c3d_tin_boundaries_breaklines") + "' -o '" + dir.File("no/x.dxf") + "'", dir);
     EXPECT_EQ(r.status, 1);
     EXPECT_EQ(r.err, "roadx: " + dir.File("no/x.dxf") + ": cannot create: No such file or directory\n");
 }

@@ -46,8 +46,8 @@ TEST(ImportDiagnostics, SameTraceAndStatusWithASink) {
     EXPECT_GT(withRecords, 10u);
 }
 
-// Breaklines of more than two points keep their first segment: a note.
-TEST(ImportDiagnostics, BreaklineOfMoreThanTwoPointsIsANote) {
+// Breaklines of more than two points keep their first segment: a warning.
+TEST(ImportDiagnostics, BreaklineOfMoreThanTwoPointsIsAWarning) {
     vesk::diag::CSink sink;
     TImportRun run;
     run.sink = &sink;
@@ -56,7 +56,7 @@ TEST(ImportDiagnostics, BreaklineOfMoreThanTwoPointsIsANote) {
     for (const vesk::diag::TRecord& r : sink.Records())
         if (r.kind == "breakline-points-ignored") found = &r;
     ASSERT_NE(found, nullptr);
-    EXPECT_EQ(found->severity, vesk::diag::ESeverity::Note);
+    EXPECT_EQ(found->severity, vesk::diag::ESeverity::Warning);
     EXPECT_EQ(found->count, 1);  // the second breakline has two points
     EXPECT_EQ(found->line, 8);
     EXPECT_EQ(found->element, "Surfaces / Surface \"G\" / SourceData / Breaklines / Breakline 1");
