@@ -1,22 +1,18 @@
 #include "landxml_export/export_checks.h"
 
-#include <cstdio>
 
 #include "host/alti.h"
 #include "host/plani_elem.h"
 #include "host/profile.h"
 #include "host/road.h"
 #include "vesk/undefined.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::landxml {
 
 namespace {
 
-std::string Station(double prog) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.3f", prog);
-    return buf;
-}
+std::string Station(double prog) { return vesk::diag::StationText(prog); }
 
 class CChecker {
 public:

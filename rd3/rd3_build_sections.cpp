@@ -3,7 +3,6 @@
 // name, a missing side interpolated between the nearest templates before and
 // after it.
 #include <cmath>
-#include <cstdio>
 #include <string>
 
 #include "host/load_vantri_dati.h"
@@ -13,6 +12,7 @@
 #include "rd3/rd3_section_points.h"
 #include "vesk/format.h"
 #include "vesk/undefined.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::rd3 {
 namespace {
@@ -91,11 +91,7 @@ bool BuildSection(ReadContext& ctx, int n, double p, const RD3SectionTemplate& l
     return true;
 }
 
-std::string Station(double prog) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.3f", prog);
-    return buf;
-}
+std::string Station(double prog) { return vesk::diag::StationText(prog); }
 
 std::string AssignPath(const RD3SectionAssign& a) { return "section assignment at station " + Station(a.prog); }
 

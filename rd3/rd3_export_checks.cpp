@@ -1,20 +1,16 @@
 #include "rd3/rd3_export_checks.h"
 
-#include <cstdio>
 
 #include "host/road.h"
 #include "rd3/rd3_name.h"
 #include "vesk/undefined.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::rd3 {
 
 namespace {
 
-std::string Station(double prog) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.3f", prog);
-    return buf;
-}
+std::string Station(double prog) { return vesk::diag::StationText(prog); }
 
 vesk::diag::TRecord Record(const char* kind, const std::string& file, std::string element, std::string message,
                            std::string instead, int64_t count) {

@@ -1,7 +1,6 @@
 // The road record and the plan chain. No element record holds a start point
 // or a chainage: the reader carries the running point, tangent and chainage
 // from one element to the next.
-#include <cstdio>
 #include <string>
 
 #include "host/load_vantri_dati.h"
@@ -9,6 +8,7 @@
 #include "rd3/rd3_azimuth.h"
 #include "rd3/rd3_reader.h"
 #include "rd3/rd3_records.h"
+#include "vesk/diagnostics.h"
 
 namespace roadx::rd3 {
 
@@ -26,11 +26,7 @@ ReadEnd SeekRecord(ReadContext& ctx, uint32_t offset, RD3RecHeader& h) {
 
 namespace {
 
-std::string Station(double prog) {
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%.3f", prog);
-    return buf;
-}
+std::string Station(double prog) { return vesk::diag::StationText(prog); }
 
 struct RunningState {
     double prog = 0.0;

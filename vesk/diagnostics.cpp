@@ -1,5 +1,7 @@
 #include "vesk/diagnostics.h"
 
+#include "vesk/fixed_format.h"
+
 #include <utility>
 
 namespace vesk::diag {
@@ -44,6 +46,11 @@ size_t CSink::CountAtLeast(ESeverity s) const {
 void CSink::Clear() {
     records_.clear();
     index_.clear();
+}
+
+std::string StationText(double prog) {
+    char buf[vesk::kMaxFixedChars];
+    return std::string(buf, vesk::FormatFixed(buf, prog, 3));
 }
 
 }  // namespace vesk::diag

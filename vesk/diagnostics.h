@@ -60,6 +60,10 @@ private:
     std::unordered_map<std::string, size_t> index_;  // kind + '\n' + file -> record
 };
 
+// A station (chainage) as records name it: three decimals, as "%.3f" gives
+// in the C locale, whatever the locale.
+std::string StationText(double prog);
+
 // Reports through a sink that may be null: the readers call this so that the
 // path without diagnostics costs one pointer test.
 inline void Report(CSink* sink, TRecord record) {

@@ -181,11 +181,12 @@ TEST_F(ReportTest, UnknownTerrainIsOneError) {
 }
 
 TEST_F(ReportTest, UnwritableOutputIsOneError) {
+    const std::string out = (std::filesystem::path(dir_) / "no" / "such" / "dir" / "x.html").string();
     const TCommandResult r = RunCommand(ShellQuote(roadx::test::RoadxExe()) + " report " +
                                         ShellQuote(roadx::test::SourcePath("samples/road.xml")) + " -o " +
-                                        ShellQuote(dir_ + "/no/such/dir/x.html") + " --yes 2>&1");
+                                        ShellQuote(out) + " --yes 2>&1");
     EXPECT_EQ(r.exitCode, 1);
-    EXPECT_NE(r.output.find("/no/such/dir/x.html: cannot create"), std::string::npos) << r.output;
+    EXPECT_NE(r.output.find(out + ": cannot create"), std::string::npos) << r.output;
 }
 
 }  // namespace
