@@ -18,7 +18,7 @@
 #include "host/null_ui.h"
 #include "host/trace.h"
 #include "host/ui.h"
-#include "landxml_import/face_preparse.h"
+#include "landxml_import/surface_scan.h"
 #include "landxml_import/import_landxml.h"
 #include "vesk/diagnostics.h"
 
@@ -88,13 +88,13 @@ inline TLandXmlFuzzRun LandXmlFuzzBoth(const uint8_t* data, size_t size, const s
     const bool written = std::fwrite(data, 1, size, f) == size;
     std::fclose(f);
     if (written) {
-        // Inputs of odd size read every scanned Faces on the second thread.
-        CFacePreparse::SetMinFaces(size % 2 ? 1 : CFacePreparse::kMinFaces);
+        // Inputs of odd size read every Faces after a Pnts on the second thread.
+        CSurfaceScan::SetAheadMinBytes(size % 2 ? 0 : CSurfaceScan::kAheadMinBytes);
         CLandXmlFuzzTrace scanned, dom;
         run.status = LandXmlFuzzImport(path, true, scanned);
         const TExchangeStatus domStatus = LandXmlFuzzImport(path, false, dom);
         run.pathsAgree = scanned == dom && run.status.code == domStatus.code && run.status.message == domStatus.message;
-        CFacePreparse::SetMinFaces(CFacePreparse::kMinFaces);
+        CSurfaceScan::SetAheadMinBytes(CSurfaceScan::kAheadMinBytes);
     }
     std::remove(path.c_str());
     return run;

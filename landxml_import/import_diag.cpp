@@ -36,13 +36,13 @@ std::string Step(pugi::xml_node n) {
 }
 
 // The deepest element that starts at or before `offset` and encloses it.
-pugi::xml_node ElementAt(pugi::xml_node root, ptrdiff_t offset) {
-    pugi::xml_node at = root;
+pugi::xml_node ElementAt(const CXmlReader& reader, ptrdiff_t offset) {
+    pugi::xml_node at = reader.Root().Node();
     for (;;) {
         pugi::xml_node next;
         for (pugi::xml_node c = at.first_child(); c; c = c.next_sibling()) {
             if (c.type() != pugi::node_element) continue;
-            if (c.offset_debug() > offset) break;
+            if (reader.OffsetOf(c) > offset) break;
             next = c;
         }
         if (!next) return at;
@@ -90,7 +90,7 @@ int64_t CImportDiagScope::LineOf(size_t offset) {
 void CImportDiagScope::Place(vesk::diag::TRecord& r, const XmlSection& where) {
     r.file = file_;
     if (!where.IsEmpty()) {
-        const ptrdiff_t offset = where.Node().offset_debug();
+        const ptrdiff_t offset = reader_.OffsetOf(where.Node());
         if (offset >= 0) {
             r.offset = offset;
             r.line = LineOf(static_cast<size_t>(offset));
@@ -152,7 +152,7 @@ std::string CImportDiagScope::UnparsedChild(pugi::xml_node node, size_t offset) 
     std::string_view text = original_.empty() ? reader_.Buffer() : std::string_view(original_);
     if (offset > text.size()) return "";
     const size_t open = text.rfind('<', offset);
-    const ptrdiff_t nodeAt = node.offset_debug();
+    const ptrdiff_t nodeAt = reader_.OffsetOf(node);
     if (open == std::string_view::npos || nodeAt < 0 || static_cast<ptrdiff_t>(open) < nodeAt) return "";
     size_t end = open + 1;
     while (end < text.size() && (std::isalnum(static_cast<unsigned char>(text[end])) || text[end] == '_')) ++end;
@@ -197,14 +197,12 @@ void CImportDiagScope::ReportText(const char* kind, std::string_view text, std::
     vesk::diag::TRecord r;
     r.kind = kind;
     r.file = file_;
-    const std::string_view buffer = reader_.Buffer();
-    // Texts inside the parsed buffer are at the same offsets as in the file
-    // (the in-place parse only shortens texts within their own span).
-    if (text.data() >= buffer.data() && text.data() < buffer.data() + buffer.size()) {
-        const ptrdiff_t offset = text.data() - buffer.data();
+    // Texts of the parsed file are at the same offsets as in the file (the
+    // in-place parse only shortens texts within their own span).
+    if (const ptrdiff_t offset = reader_.OffsetOf(text.data()); offset >= 0) {
         r.offset = offset;
         r.line = LineOf(static_cast<size_t>(offset));
-        const pugi::xml_node node = ElementAt(reader_.Root().Node(), offset);
+        const pugi::xml_node node = ElementAt(reader_, offset);
         r.element = ElementPath(XmlSection(node)) + UnparsedChild(node, static_cast<size_t>(offset));
     }
     r.message = std::move(message);

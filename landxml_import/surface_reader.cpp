@@ -3,10 +3,11 @@
 // chained into lines, outer lines before islands) and its breaklines.
 //
 // A surface can hold millions of P and F elements, so their texts are read
-// straight from the file's buffer into fixed arrays: no allocation per
-// element. When the loader scanned them (surface_scan.h) they are read from
-// the scanned ranges with no DOM node at all; both ways feed the same
-// per-element functions, so the builder sees the same calls.
+// straight from the file's text into fixed arrays: no allocation per
+// element. When the loader scanned them (surface_scan.h) the scan has read
+// their numbers already, with no DOM node at all; an element it left is read
+// here by the same per-element function as a DOM element, in its place, so
+// the builder sees the same calls either way.
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -15,7 +16,6 @@
 
 #include "host/dtm.h"
 #include "landxml_import/boundary_chain.h"
-#include "landxml_import/face_preparse.h"
 #include "landxml_import/fixed_numbers.h"
 #include "landxml_import/import_diag.h"
 #include "landxml_import/reader_messages.h"
@@ -114,9 +114,35 @@ TTinList FindList(const XmlSection& def, const char* name, const CSurfaceScan* s
     return l;
 }
 
-void ImportPoints(TTinRead& r, const TTinList& pnts, const CSurfaceScan* scan) {
+// The points the scan read: the plain ones from its numbers (converted as
+// the text lists convert them), the others through AddPoint, in order.
+void ReplayPoints(TTinRead& r, const TScannedList& list) {
+    const TScannedNumbers& nums = list.numbers;
+    CBlockList<int>::CReader ids(nums.ints);
+    CBlockList<double>::CReader reals(nums.reals);
+    size_t other = 0;
+    for (size_t k = 0; k < list.count; ++k) {
+        const int id = *ids.Next(1);
+        if (id < 0) {
+            const TScannedElem& e = nums.others[other++];
+            AddPoint(r, e.hasId ? &e.id : nullptr, e.text);
+            continue;
+        }
+        const double* v = reals.Next(3);
+        double north = v[0], east = v[1], z = v[2];
+        if (!r.isMetric) {
+            FeetToMeters(north);
+            FeetToMeters(east);
+            FeetToMeters(z);
+        }
+        r.id = id;
+        r.builder.AddTriVert(id, east, north, z);
+    }
+}
+
+void ImportPoints(TTinRead& r, const TTinList& pnts) {
     if (pnts.scanned) {
-        scan->ForEach(*pnts.scanned, [&](const TScannedElem& e) { AddPoint(r, e.hasId ? &e.id : nullptr, e.text); });
+        ReplayPoints(r, *pnts.scanned);
         return;
     }
     ForEachLetterChild(pnts.node, 'P', [&](const XmlSection& p) {
@@ -126,26 +152,32 @@ void ImportPoints(TTinRead& r, const TTinList& pnts, const CSurfaceScan* scan) {
     });
 }
 
-// The faces a second thread has read while the points were imported: the
-// plain ones as numbers, the others through AddFace, in document order.
-void ReplayFaces(TTinRead& r, CFacePreparse& pre, const CSurfaceScan& scan, const TScannedList& list) {
-    const char* released = scan.Begin(list);
-    pre.Replay(
-        [&](const int* f) {
-            r.builder.AddTri(f[0], f[1], f[2]);
-            if (!r.tin) r.builder.AddTri(f[0], f[2], f[3]);
-        },
-        [&](std::string_view text) { AddFace(r, text); },
-        [&](const char* upTo) {
-            scan.ReleaseRead(released, upTo);
-            released = upTo;
-        });
-    scan.ReleaseRead(released, scan.End(list));
+// The faces the scan read: the plain ones from its numbers, the others
+// through AddFace, in order.
+void ReplayFaces(TTinRead& r, const TScannedList& list) {
+    const TScannedNumbers& nums = list.numbers;
+    CBlockList<int>::CReader ids(nums.ints);
+    const auto stride = static_cast<size_t>(nums.stride);
+    size_t other = 0;
+    for (size_t k = 0; k < list.count; ++k) {
+        const int* f = ids.Next(stride);
+        if (f[0] < 0) {
+            AddFace(r, nums.others[other++].text);
+            continue;
+        }
+        r.builder.AddTri(f[0], f[1], f[2]);
+        if (!r.tin) r.builder.AddTri(f[0], f[2], f[3]);
+    }
 }
 
 void ImportFaces(TTinRead& r, const TTinList& faces, const CSurfaceScan* scan) {
     if (faces.scanned) {
-        scan->ForEach(*faces.scanned, [&](const TScannedElem& e) { AddFace(r, e.text); });
+        // The scan reads the ids when it can tell the corners from the
+        // surface type as the DOM gives it; else every text is read here.
+        if (faces.scanned->numbers.stride == (r.tin ? 3 : 4))
+            ReplayFaces(r, *faces.scanned);
+        else
+            scan->ForEach(*faces.scanned, [&](const TScannedElem& e) { AddFace(r, e.text); });
         return;
     }
     ForEachLetterChild(faces.node, 'F', [&](const XmlSection& face) { AddFace(r, face.Text()); });
@@ -180,15 +212,10 @@ void ImportDefinition(const XmlSection& surface, const XmlSection& def, CDtmPrj*
         const size_t trisPerFace = r.tin ? 1 : 2;
         tris->Reserve(tris->GetNoTriVrts() + pnts.Count('P'), tris->GetNoTris() + faces.Count('F') * trisPerFace);
     }
-    CFacePreparse pre;
-    if (faces.scanned && CFacePreparse::Worthwhile(*faces.scanned)) pre.Start(*scan, *faces.scanned, r.tin ? 3 : 4);
     const int64_t repeatedBefore = builder.GetRepeatedVertIds();
-    ImportPoints(r, pnts, scan);
+    ImportPoints(r, pnts);
     const int64_t droppedBefore = builder.GetDroppedTris();
-    if (pre.Started())
-        ReplayFaces(r, pre, *scan, *faces.scanned);
-    else
-        ImportFaces(r, faces, scan);
+    ImportFaces(r, faces, scan);
     ReportSurfaceIds(pnts.node, faces.node, builder.GetRepeatedVertIds() - repeatedBefore,
                      builder.GetDroppedTris() - droppedBefore);
 }

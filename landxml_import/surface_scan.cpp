@@ -8,8 +8,7 @@
 #include <system_error>
 #include <thread>
 
-#include <sys/mman.h>
-#include <unistd.h>
+#include "landxml_import/plain_numbers.h"
 
 namespace {
 
@@ -63,13 +62,46 @@ size_t EndOfTag(std::string_view s, size_t at) {
     return std::string_view::npos;
 }
 
+// The corners of the faces of a Definition from its start tag's attributes
+// (as written, between the name and the '>'): 3 when its surfType is
+// exactly "TIN", 4 for any other type or none, 0 when the scan cannot be
+// sure what the parser will make of the value (an entity, a line break or a
+// tab in it, or attributes it cannot follow).
+int FaceCorners(std::string_view attrs) {
+    size_t i = 0;
+    const size_t n = attrs.size();
+    for (;;) {
+        while (i < n && IsWs(attrs[i])) ++i;
+        if (i >= n || attrs[i] == '/') return 4;
+        const size_t nameAt = i;
+        if (!IsNameStart(attrs[i])) return 0;
+        while (i < n && IsNameChar(attrs[i])) ++i;
+        const std::string_view name = attrs.substr(nameAt, i - nameAt);
+        while (i < n && IsWs(attrs[i])) ++i;
+        if (i >= n || attrs[i] != '=') return 0;
+        ++i;
+        while (i < n && IsWs(attrs[i])) ++i;
+        if (i >= n || (attrs[i] != '"' && attrs[i] != '\'')) return 0;
+        const size_t q = attrs.find(attrs[i], i + 1);
+        if (q == std::string_view::npos) return 0;
+        const std::string_view value = attrs.substr(i + 1, q - i - 1);
+        i = q + 1;
+        if (name != "surfType") continue;
+        if (value.find_first_of("&\t\n\r<") != std::string_view::npos) return 0;
+        return value == "TIN" ? 3 : 4;
+    }
+}
+
 // The open elements from the root to the current one, with what the surface
 // walk needs to know of them.
 class CPath {
 public:
-    void Push(std::string_view name) {
+    void Push(std::string_view name, std::string_view attrs) {
         names_.push_back(name);
-        if (InDefinitionItself()) seenPnts_ = seenFaces_ = false;
+        if (InDefinitionItself()) {
+            seenPnts_ = seenFaces_ = false;
+            corners_ = FaceCorners(attrs);
+        }
     }
     bool Pop(std::string_view name) {
         if (names_.empty() || names_.back() != name) return false;
@@ -91,29 +123,54 @@ public:
         seen = true;
         return first;
     }
+    // The corners of the current Definition's faces (FaceCorners).
+    int Corners() const { return corners_; }
 
 private:
     std::vector<std::string_view> names_;
     bool seenPnts_ = false;
     bool seenFaces_ = false;
+    int corners_ = 0;
 };
 
-std::atomic<size_t> gAheadMinBytes{size_t{1} << 20};
+std::atomic<size_t> gAheadMinBytes{CSurfaceScan::kAheadMinBytes};
+
+// Reads the numbers of one element into the list's numbers, or keeps it.
+void ReadNumbers(const TScannedElem& e, char tag, TScannedNumbers& nums) {
+    if (tag == 'P') {
+        int id = 0;
+        double xyz[3];
+        if (e.hasId && plain_numbers::ReadId(e.id, id) && plain_numbers::ReadDoubles(e.text, 3, xyz)) {
+            nums.ints.PushBack(id);
+            std::memcpy(nums.reals.Append(3), xyz, sizeof xyz);
+            return;
+        }
+        nums.ints.PushBack(-1);
+    } else {
+        const auto stride = static_cast<size_t>(nums.stride);
+        int* ids = nums.ints.Append(stride);
+        if (plain_numbers::ReadIds(e.text, nums.stride, ids)) return;
+        ids[0] = -1;
+    }
+    nums.others.push_back(e);
+}
 
 }  // namespace
 
-// The Faces that follows a Pnts is checked on a second thread while the
-// walk checks the Pnts: the two checks are most of the scan. The thread
+// The Faces that follows a Pnts is checked and read on a second thread
+// while the walk reads the Pnts: the two are most of the scan. The thread
 // starts only where a Faces start tag follows the first "</Pnts" at once,
 // and its result is used only if the walk, going on by its own rules,
-// reaches a first Faces whose content starts at that very place; the check
-// of a range reads nothing before it, and the buffer changes only inside
-// ranges already passed, so the result is what the walk would compute.
+// reaches a first Faces whose content starts at that very place; reading a
+// range looks at nothing before it, so the result is what the walk would
+// compute.
 class CSurfaceScan::CAheadCheck {
 public:
     ~CAheadCheck() { Wait(); }
 
-    void Start(std::string_view s, size_t pntsContent) {
+    void Start(std::string_view s, size_t pntsContent, int stride, const TRelease& release) {
+        Wait();  // a Faces read ahead that the walk never reached
+        at_ = std::string_view::npos;
         const size_t end = s.find("</Pnts", pntsContent);
         if (end == std::string_view::npos || end - pntsContent < gAheadMinBytes.load(std::memory_order_relaxed))
             return;
@@ -124,29 +181,32 @@ public:
         const size_t gt = EndOfTag(s, j + 6);
         if (gt == std::string_view::npos || s[gt - 1] == '/') return;
         at_ = gt + 1;
+        stride_ = stride;
         try {
-            thread_ = std::thread([this, s] { ok_ = ReadList(s, at_, 'F', list_); });
+            thread_ = std::thread([this, s, &release] { ok_ = ReadList(s, at_, 'F', stride_, release, list_); });
         } catch (const std::system_error&) {
-            at_ = std::string_view::npos;  // no thread to be had: the walk checks it itself
+            at_ = std::string_view::npos;  // no thread to be had: the walk reads it itself
         }
     }
     void Wait() {
         if (thread_.joinable()) thread_.join();
     }
     // The result for a Faces whose content starts at `at`, when it is the
-    // one checked ahead.
-    bool Take(size_t at, bool& ok, TScannedList& list) {
+    // one read ahead with the same stride.
+    bool Take(size_t at, int stride, bool& ok, TScannedList& list) {
         if (at_ == std::string_view::npos || at != at_) return false;
         Wait();
         at_ = std::string_view::npos;
+        if (stride != stride_) return false;
         ok = ok_;
-        list = list_;
+        list = std::move(list_);
         return true;
     }
 
 private:
     std::thread thread_;
     size_t at_ = std::string_view::npos;
+    int stride_ = 0;
     bool ok_ = false;
     TScannedList list_;
 };
@@ -215,11 +275,15 @@ bool CSurfaceScan::ReadElem(std::string_view s, size_t& at, char tag, TScannedEl
     return true;
 }
 
-bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, TScannedList& list) {
+bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, int stride, const TRelease& release,
+                            TScannedList& list) {
+    constexpr size_t kReleaseStep = size_t{8} << 20;
     const std::string_view endTag = tag == 'P' ? "</Pnts" : "</Faces";
     list.begin = at;
     list.count = 0;
     list.tag = tag;
+    list.numbers.stride = stride;
+    size_t released = at;
     TScannedElem e;
     for (;;) {
         at = SkipSpace(s, at);
@@ -227,38 +291,40 @@ bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, TScannedLis
         if (at + 1 < s.size() && s[at + 1] == '/' && StartsWith(s, at, endTag)) break;
         if (!ReadElem(s, at, tag, e)) return false;
         ++list.count;
+        if (stride > 0) ReadNumbers(e, tag, list.numbers);
+        // Texts kept for later (elements not plain) hold their pages.
+        if (release && at - released >= kReleaseStep) {
+            const size_t upTo = list.numbers.others.empty() ? at : std::min<size_t>(at, list.numbers.others.front().text.data() - s.data());
+            if (upTo > released) release(released, upTo);
+            released = std::max(released, upTo);
+        }
     }
     list.end = at;
     const size_t close = SkipSpace(s, at + endTag.size());
-    if (close >= s.size() || s[close] != '>') return false;
-    // The range becomes one comment: it needs room for "<!--" and "-->", and
-    // no "-->" of its own that would end the comment early.
-    if (list.end - list.begin < 7) return false;
-    const size_t dashes = s.substr(0, list.end).find("-->", list.begin + 4);
-    return dashes == std::string_view::npos || dashes == list.end - 3;
+    return close < s.size() && s[close] == '>';
 }
 
-bool CSurfaceScan::CheckList(std::string_view s, size_t at, char tag, CAheadCheck& ahead, TScannedList& list) {
+bool CSurfaceScan::CheckList(size_t at, char tag, int stride, CAheadCheck& ahead, TScannedList& list) {
     bool ok = false;
-    if (tag == 'F' && ahead.Take(at, ok, list)) return ok;
-    if (tag == 'P') ahead.Start(s, at);
-    ok = ReadList(s, at, tag, list);
-    ahead.Wait();  // before the walk changes the buffer
-    return ok;
+    if (tag == 'F' && ahead.Take(at, stride, ok, list)) return ok;
+    if (tag == 'P') ahead.Start(text_, at, stride, release_);
+    return ReadList(text_, at, tag, tag == 'P' ? 1 : stride, release_, list);
 }
 
 void CSurfaceScan::Clear() {
-    base_ = nullptr;
+    text_ = {};
+    release_ = nullptr;
     lists_.clear();
-    saved_.clear();
-    restored_ = true;
+    cuts_.clear();
+    skeleton_ = nullptr;
+    skeletonSize_ = 0;
 }
 
-void CSurfaceScan::Run(std::string& buffer) {
+void CSurfaceScan::Run(std::string_view text, TRelease release) {
     Clear();
-    base_ = buffer.data();
-    restored_ = false;
-    const std::string_view s(buffer);
+    text_ = text;
+    release_ = std::move(release);
+    const std::string_view s = text_;
     CPath path;
     CAheadCheck ahead;
     size_t at = 0;
@@ -300,46 +366,47 @@ void CSurfaceScan::Run(std::string& buffer) {
             at = gt + 1;
             if (empty) continue;
             TScannedList list;
-            if (first && CheckList(s, at, name == "Pnts" ? 'P' : 'F', ahead, list)) {
+            if (first && CheckList(at, name == "Pnts" ? 'P' : 'F', path.Corners(), ahead, list)) {
                 list.nameOffset = tagAt + 1;
-                lists_.push_back(list);
-                TSaved saved;
-                std::memcpy(saved.head, buffer.data() + list.begin, 4);
-                std::memcpy(saved.tail, buffer.data() + list.end - 3, 3);
-                saved_.push_back(saved);
-                std::memcpy(buffer.data() + list.begin, "<!--", 4);
-                std::memcpy(buffer.data() + list.end - 3, "-->", 3);
                 // The end tag closes the element: the walk goes on after it.
                 at = s.find('>', list.end) + 1;
+                lists_.push_back(std::move(list));
                 continue;
             }
-            path.Push(name);
+            path.Push(name, s.substr(i, gt - i));
         }
     }
 }
 
-void CSurfaceScan::Restore() {
-    if (restored_) return;
-    for (size_t k = 0; k < lists_.size(); ++k) {
-        std::memcpy(base_ + lists_[k].begin, saved_[k].head, 4);
-        std::memcpy(base_ + lists_[k].end - 3, saved_[k].tail, 3);
+void CSurfaceScan::MakeSkeleton(std::string& out) {
+    out.clear();
+    size_t reserve = text_.size();
+    for (const TScannedList& l : lists_) reserve -= l.end - l.begin;
+    out.reserve(reserve);
+    cuts_.clear();
+    size_t from = 0, removed = 0;
+    for (const TScannedList& l : lists_) {
+        out.append(text_.substr(from, l.begin - from));
+        removed += l.end - l.begin;
+        cuts_.push_back({out.size(), removed});
+        from = l.end;
     }
-    restored_ = true;
+    out.append(text_.substr(from));
+    skeleton_ = out.data();
+    skeletonSize_ = out.size();
+}
+
+size_t CSurfaceScan::TextOffset(size_t skeletonOffset) const {
+    auto it = std::upper_bound(cuts_.begin(), cuts_.end(), skeletonOffset,
+                               [](size_t o, const TCut& c) { return o < c.skeletonAt; });
+    return it == cuts_.begin() ? skeletonOffset : skeletonOffset + std::prev(it)->removed;
 }
 
 const TScannedList* CSurfaceScan::Find(const char* name) const {
-    const auto from = reinterpret_cast<uintptr_t>(base_), at = reinterpret_cast<uintptr_t>(name);
-    if (!base_ || !restored_ || at < from) return nullptr;
-    const size_t offset = at - from;
+    const auto from = reinterpret_cast<uintptr_t>(skeleton_), at = reinterpret_cast<uintptr_t>(name);
+    if (!skeleton_ || at < from || at - from >= skeletonSize_) return nullptr;
+    const size_t offset = TextOffset(at - from);
     auto it = std::lower_bound(lists_.begin(), lists_.end(), offset,
                                [](const TScannedList& l, size_t o) { return l.nameOffset < o; });
     return it != lists_.end() && it->nameOffset == offset ? &*it : nullptr;
-}
-
-void CSurfaceScan::Release(size_t from, size_t to) const {
-    static const uintptr_t page = static_cast<uintptr_t>(sysconf(_SC_PAGESIZE));
-    const uintptr_t first = (reinterpret_cast<uintptr_t>(base_ + from) + page - 1) & ~(page - 1);
-    const uintptr_t last = reinterpret_cast<uintptr_t>(base_ + to) & ~(page - 1);
-    // Only whole pages inside the range: the bytes around it stay as they are.
-    if (last > first) madvise(reinterpret_cast<void*>(first), last - first, MADV_DONTNEED);
 }

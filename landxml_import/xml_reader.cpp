@@ -103,12 +103,23 @@ std::string XmlSection::GetXML() const {
 CXmlReader::CXmlReader() = default;
 CXmlReader::~CXmlReader() = default;
 
-bool CXmlReader::LoadFromFile(const char* path) {
+void CXmlReader::Reset() {
     doc_.reset();
     scan_.Clear();
     status_ = {};
-    if (!path || !ReadWholeFile(path, buffer_)) {
-        buffer_.clear();
+    map_.Close();
+    owned_.clear();
+    text_ = {};
+    mutableText_ = nullptr;
+    skeleton_.clear();
+    skeleton_.shrink_to_fit();
+    parsedSkeleton_ = false;
+}
+
+bool CXmlReader::LoadFromFile(const char* path) {
+    Reset();
+    if (!path || (!map_.Open(path) && !ReadWholeFile(path, owned_))) {
+        owned_.clear();
         status_.code = TXmlLoadStatus::OPEN_FAILED;
         status_.reason = "cannot open the file";
         return false;
@@ -127,10 +138,8 @@ bool CXmlReader::LoadFromFile(const char* path) {
 bool CXmlReader::LoadFromText(std::string_view bytes) {
     reread_ = nullptr;
     path_.clear();
-    doc_.reset();
-    scan_.Clear();
-    status_ = {};
-    buffer_.assign(bytes);
+    Reset();
+    owned_.assign(bytes);
     return Parse([bytes] { return std::string(bytes); });
 }
 
@@ -151,30 +160,93 @@ std::string CXmlReader::OriginalText() const {
     return original;
 }
 
+pugi::xml_encoding CXmlReader::PrepareText() {
+    if (map_.IsOpen()) {
+        const std::string_view bytes(map_.Data(), map_.Size());
+        const TXmlDeclaredEncoding declared = DetectXmlEncoding(bytes);
+        // A mapped file is read as it is unless it needs converting (a
+        // single-byte text with bytes beyond ASCII).
+        const bool asIs = declared == TXmlDeclaredEncoding::UTF8 || declared == TXmlDeclaredEncoding::WIDE ||
+                          std::none_of(bytes.begin(), bytes.end(), [](char c) { return (c & 0x80) != 0; });
+        if (asIs) {
+            const size_t bom = declared == TXmlDeclaredEncoding::UTF8 && bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+            mutableText_ = map_.Data() + bom;
+            text_ = bytes.substr(bom);
+            return declared == TXmlDeclaredEncoding::WIDE ? pugi::encoding_auto : pugi::encoding_utf8;
+        }
+        owned_.assign(bytes);
+        map_.Close();
+    }
+    const pugi::xml_encoding encoding = ConvertXmlTextToUtf8(owned_);
+    mutableText_ = owned_.data();
+    text_ = owned_;
+    return encoding;
+}
+
+char* CXmlReader::ParseTarget(size_t& size) {
+    if (parsedSkeleton_) {
+        size = skeleton_.size();
+        return skeleton_.data();
+    }
+    size = text_.size();
+    return mutableText_;
+}
+
+ptrdiff_t CXmlReader::OffsetOf(const char* text) const {
+    const auto at = reinterpret_cast<uintptr_t>(text);
+    const auto in = [at](std::string_view s) {
+        const auto from = reinterpret_cast<uintptr_t>(s.data());
+        return at >= from && at - from < s.size();
+    };
+    if (parsedSkeleton_ && in(skeleton_))
+        return static_cast<ptrdiff_t>(scan_.TextOffset(at - reinterpret_cast<uintptr_t>(skeleton_.data())));
+    if (in(text_)) return static_cast<ptrdiff_t>(at - reinterpret_cast<uintptr_t>(text_.data()));
+    return -1;
+}
+
+ptrdiff_t CXmlReader::OffsetOf(pugi::xml_node node) const {
+    const ptrdiff_t at = node.offset_debug();
+    if (at < 0 || !parsedSkeleton_) return at;
+    return static_cast<ptrdiff_t>(scan_.TextOffset(static_cast<size_t>(at)));
+}
+
 bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {
-    pugi::xml_encoding encoding = ConvertXmlTextToUtf8(buffer_);
+    const pugi::xml_encoding encoding = PrepareText();
     scan_.Clear();
     // The scan reads UTF-8 bytes; wide texts are converted by the parser
     // into a buffer of its own and are read through the DOM alone.
-    if (scanSurfaces_ && encoding == pugi::encoding_utf8) scan_.Run(buffer_);
-    // The buffer is parsed in place: it must outlive the document, and it is
+    if (scanSurfaces_ && encoding == pugi::encoding_utf8) {
+        CSurfaceScan::TRelease release;
+        if (releaseScanned_ && map_.IsOpen()) {
+            const size_t base = static_cast<size_t>(text_.data() - map_.Data());
+            release = [this, base](size_t from, size_t to) { map_.Release(base + from, base + to); };
+        }
+        scan_.Run(text_, std::move(release));
+        if (scan_.Ranges() > 0) {
+            scan_.MakeSkeleton(skeleton_);
+            parsedSkeleton_ = true;
+        }
+    }
+    // The text is parsed in place: it must outlive the document, and it is
     // owned next to it.
-    const pugi::xml_parse_result r = doc_.load_buffer_inplace(buffer_.data(), buffer_.size(), kParseOptions, encoding);
+    size_t size = 0;
+    char* target = ParseTarget(size);
+    const pugi::xml_parse_result r = doc_.load_buffer_inplace(target, size, kParseOptions, encoding);
     if (!r) {
         status_.code = TXmlLoadStatus::MALFORMED;
-        status_.offset = r.offset < 0 ? 0 : static_cast<size_t>(r.offset);
+        const size_t at = r.offset < 0 ? 0 : static_cast<size_t>(r.offset);
+        status_.offset = parsedSkeleton_ ? scan_.TextOffset(at) : at;
         status_.reason = DescribeParseStatus(r.status);
-        // The in-place parse rewrote the buffer; lines are counted on the
+        // The in-place parse rewrote the text; lines are counted on the
         // text as it was before parsing (only on this failure path).
         std::string original = rereadSource();
         ConvertXmlTextToUtf8(original);
         status_.line = LineOfOffset(original, status_.offset);
-        doc_.reset();
-        scan_.Clear();
-        buffer_.clear();
+        const TXmlLoadStatus failed = status_;
+        Reset();
+        status_ = failed;
         return false;
     }
-    scan_.Restore();
     const pugi::xml_node root = doc_.document_element();
     if (std::string_view(root.name()) != "LandXML") {
         status_.code = TXmlLoadStatus::NO_ROOT;

@@ -2,8 +2,11 @@
 // and light handles on its elements (XmlSection) with the property exchange
 // functions PX_String, PX_Double and PX_Int.
 //
-// Loading: the whole file is read into one buffer and parsed in place (element
-// texts stay in the buffer, nothing is copied per element). A UTF-8 byte
+// Loading: a regular file is mapped into memory (vesk/mapped_file.h), any
+// other is read into one buffer; the text is parsed in place (element texts
+// stay in it, nothing is copied per element). With the surface scan on, the
+// parser reads the text without the scanned surface ranges instead (a
+// skeleton, surface_scan.h), and every offset handed out is the text's. A UTF-8 byte
 // order mark, a default namespace or none read the same. Files declared
 // ISO-8859-1 (or latin1) or windows-1252 are converted to UTF-8 before
 // parsing; UTF-16 files with a byte order mark are converted by the parser.
@@ -16,6 +19,7 @@
 // CXmlReader lives. Enumerating children does no heap allocation.
 #pragma once
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -23,6 +27,7 @@
 #include <pugixml.hpp>
 
 #include "landxml_import/surface_scan.h"
+#include "vesk/mapped_file.h"
 #include "vesk/string.h"
 
 class XmlSection;
@@ -135,9 +140,10 @@ public:
     // Before a load: read the surfaces' Pnts and Faces without DOM nodes
     // (surface_scan.h). Off by default: the DOM then holds every element.
     void EnableSurfaceScan(bool on) { scanSurfaces_ = on; }
-    // For a reader whose scanned ranges are read once: their memory is given
-    // back as they are read (CSurfaceScan::ReleaseAfterReading).
-    void ReleaseScannedAfterReading(bool on) { scan_.ReleaseAfterReading(on); }
+    // For a reader whose scanned ranges are read once: the memory of a
+    // mapped file's ranges is given back as the scan reads them (the bytes
+    // read the same afterwards; only the memory they hold is given back).
+    void ReleaseScannedAfterReading(bool on) { releaseScanned_ = on; }
     // What the last load scanned; null when the scan was off or the load
     // failed. Valid while the reader lives.
     const CSurfaceScan* SurfaceScan() const { return scanSurfaces_ && Root() ? &scan_ : nullptr; }
@@ -145,21 +151,38 @@ public:
     // The root `LandXML` element (empty when not loaded or not LandXML).
     XmlSection Root() const;
 
-    // The parsed buffer (texts handed out point into it), and the file's
-    // text as it was before the in-place parse rewrote it (read again on
-    // each call; for counting lines of diagnostics).
-    std::string_view Buffer() const { return buffer_; }
+    // The file's UTF-8 text (scanned texts point into it; without a scan,
+    // parsed in place), and the file's text as it was before an in-place
+    // parse rewrote it (read again on each call; for counting lines of
+    // diagnostics).
+    std::string_view Buffer() const { return text_; }
+    // The offset in Buffer() of a text handed out (a DOM text or attribute,
+    // or a scanned one), or -1 when it is not in the file's text.
+    ptrdiff_t OffsetOf(const char* text) const;
+    // The offset in Buffer() of an element's name, or -1.
+    ptrdiff_t OffsetOf(pugi::xml_node node) const;
     std::string OriginalText() const;
     // The first `n` bytes of the file as read (UTF-8 as parsed for UTF-8
     // files); "" when the text was not loaded from a file.
     std::string OriginalPrefix(size_t n) const;
 
 private:
-    // Parses buffer_; rereadSource gives the original bytes again to count
+    // Parses text_; rereadSource gives the original bytes again to count
     // the line of an error.
     bool Parse(const std::function<std::string()>& rereadSource);
+    // Brings the loaded bytes to UTF-8 in text_; the encoding to parse with.
+    pugi::xml_encoding PrepareText();
+    // The bytes to parse in place: the skeleton, or the text itself.
+    char* ParseTarget(size_t& size);
+    void Reset();
 
-    std::string buffer_;  // the UTF-8 text, parsed in place
+    vesk::CMappedFile map_;  // a regular file's bytes
+    std::string owned_;      // any other file's bytes, a converted text, or a text from memory
+    std::string_view text_;  // the UTF-8 text: in map_ or owned_
+    char* mutableText_ = nullptr;
+    std::string skeleton_;   // what the parser reads when the scan took ranges out
+    bool parsedSkeleton_ = false;
+    bool releaseScanned_ = false;
     pugi::xml_document doc_;
     TXmlLoadStatus status_;
     bool scanSurfaces_ = false;

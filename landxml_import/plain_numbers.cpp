@@ -1,0 +1,89 @@
+#include "landxml_import/plain_numbers.h"
+
+#include <cstdint>
+
+#include "landxml_import/text_lists.h"
+
+namespace plain_numbers {
+namespace {
+
+using text_lists_detail::IsSpace;
+
+constexpr double kPow10[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                             1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+// The text trimmed as the text lists trim it.
+std::string_view Trim(std::string_view t) {
+    size_t b = 0, e = t.size();
+    while (b < e && IsSpace(t[b])) ++b;
+    while (e > b && IsSpace(t[e - 1])) --e;
+    return t.substr(b, e - b);
+}
+
+// One token [p, end) that must be a plain double as a whole.
+bool ParseDouble(const char* p, const char* end, double& out) {
+    const bool negative = p < end && *p == '-';
+    if (negative) ++p;
+    uint64_t mantissa = 0;
+    int significant = 0, afterDot = 0, digits = 0;
+    bool dot = false;
+    for (; p < end; ++p) {
+        const char c = *p;
+        if (c >= '0' && c <= '9') {
+            ++digits;
+            if (dot) ++afterDot;
+            if (mantissa == 0 && c == '0') continue;  // leading zeros add nothing
+            if (++significant > 19) return false;
+            mantissa = mantissa * 10 + static_cast<unsigned>(c - '0');
+        } else if (c == '.' && !dot) {
+            dot = true;
+        } else {
+            return false;
+        }
+    }
+    if (digits == 0 || afterDot > 22 || mantissa > (uint64_t{1} << 53)) return false;
+    const double magnitude = static_cast<double>(mantissa) / kPow10[afterDot];
+    out = negative ? -magnitude : magnitude;
+    return true;
+}
+
+// One token that must be a plain id.
+bool ParseId(const char* p, const char* end, int& out) {
+    if (p == end || end - p > 9) return false;
+    int v = 0;
+    for (; p < end; ++p) {
+        if (*p < '0' || *p > '9') return false;
+        v = v * 10 + (*p - '0');
+    }
+    out = v;
+    return true;
+}
+
+// Cuts the trimmed text at runs of blanks into exactly n tokens, each
+// read by parse.
+template <class T, class Parse>
+bool ReadList(std::string_view text, int n, T* out, Parse&& parse) {
+    const std::string_view t = Trim(text);
+    const char* p = t.data();
+    const char* const end = p + t.size();
+    int count = 0;
+    while (p < end) {
+        const char* stop = p;
+        while (stop < end && *stop != ' ') ++stop;
+        if (count == n || !parse(p, stop, out[count])) return false;
+        ++count;
+        p = stop;
+        while (p < end && *p == ' ') ++p;
+    }
+    return count == n;
+}
+
+}  // namespace
+
+bool ReadDoubles(std::string_view text, int n, double* out) { return ReadList(text, n, out, ParseDouble); }
+
+bool ReadIds(std::string_view text, int n, int* out) { return ReadList(text, n, out, ParseId); }
+
+bool ReadId(std::string_view text, int& out) { return ParseId(text.data(), text.data() + text.size(), out); }
+
+}  // namespace plain_numbers
