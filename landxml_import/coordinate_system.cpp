@@ -4,11 +4,13 @@
 // UTF-16 (where a byte search cannot find the tag) are parsed whole.
 #include "landxml_import/coordinate_system.h"
 
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 #include <sstream>
 
 #include "landxml_import/xml_reader.h"
+#include "vesk/mapped_file.h"
 
 namespace roadx::landxml {
 
@@ -43,12 +45,35 @@ bool IsUtf16(std::string_view b) {
 }
 
 // Where the element "<CoordinateSystem" starts (followed by a blank, '/' or
-// '>'), or npos.
+// '>'), or npos. Surface files hold a '<' every few dozen bytes, but no 'y'
+// in their points and faces: memchr finds the tag's 'y' at memory speed.
 size_t FindTag(std::string_view b) {
     static constexpr std::string_view kTag = "<CoordinateSystem";
-    for (size_t at = b.find(kTag); at != std::string_view::npos; at = b.find(kTag, at + 1)) {
+    constexpr size_t kRare = 12;  // the 'y'
+    for (size_t from = kRare; from < b.size();) {
+        const void* p = std::memchr(b.data() + from, kTag[kRare], b.size() - from);
+        if (!p) break;
+        const size_t at = static_cast<size_t>(static_cast<const char*>(p) - b.data()) - kRare;
         const size_t next = at + kTag.size();
-        if (next < b.size() && std::strchr(" \t\r\n/>", b[next]) && b[next] != '\0') return at;
+        if (b.compare(at, kTag.size(), kTag) == 0 && next < b.size() && std::strchr(" \t\r\n/>", b[next]) &&
+            b[next] != '\0')
+            return at;
+        from = at + kRare + 1;
+    }
+    return std::string_view::npos;
+}
+
+// FindTag over a mapped file, a window at a time, giving back each window's
+// memory once searched: the search never holds the file in memory beside an
+// import's document.
+size_t FindTagMapped(const vesk::CMappedFile& map) {
+    constexpr size_t kWindow = size_t{8} << 20;
+    constexpr size_t kOverlap = 64;  // longer than the tag and its next byte
+    const std::string_view b(map.Data(), map.Size());
+    for (size_t from = 0; from < b.size(); from += kWindow) {
+        const std::string_view window = b.substr(from, kWindow + kOverlap);
+        if (const size_t at = FindTag(window); at != std::string_view::npos) return from + at;
+        map.Release(from, std::min(b.size(), from + kWindow));
     }
     return std::string_view::npos;
 }
@@ -84,10 +109,37 @@ TCoordinateSystem CoordinateSystemOfText(std::string_view b) {
     return ParseWhole(text);
 }
 
-// The file is read a megabyte at a time and only the element (with the XML
-// declaration in front) is kept: a file of surfaces is never held a second
-// time beside the import's own copy, and the search stops at the element.
+// A regular file is mapped and searched a window at a time; the element,
+// with the XML declaration in front, is then parsed. Anything else (a pipe)
+// is read a megabyte at a time, keeping only the element.
+TCoordinateSystem ReadMappedCoordinateSystem(const vesk::CMappedFile& map) {
+    const std::string_view b(map.Data(), map.Size());
+    if (IsUtf16(b)) return ParseWhole(b);
+    const size_t at = FindTagMapped(map);
+    if (at == std::string_view::npos) return {};
+    std::string declaration;
+    if (b.substr(0, 5) == "<?xml" || b.substr(3, 5) == "<?xml") {
+        const size_t declEnd = b.substr(0, at).find("?>");
+        if (declEnd != std::string_view::npos) declaration = std::string(b.substr(0, declEnd + 2));
+    }
+    // The element ends at "/>" of its start tag or at its end tag; a WKT is
+    // a few kilobytes, so the end tag is looked for within 16 MB.
+    constexpr size_t kElementMax = size_t{16} << 20;
+    const std::string_view rest = b.substr(at, kElementMax);
+    const size_t gt = rest.find('>');
+    if (gt == std::string_view::npos) return {};
+    size_t end = gt + 1;
+    if (rest[gt - 1] != '/') {
+        static constexpr std::string_view kEnd = "</CoordinateSystem>";
+        end = rest.find(kEnd, gt);
+        if (end == std::string_view::npos) return {};
+        end += kEnd.size();
+    }
+    return CoordinateSystemOfText(declaration + std::string(rest.substr(0, end)));
+}
+
 TCoordinateSystem ReadCoordinateSystem(const std::string& path) {
+    if (vesk::CMappedFile map; map.Open(path.c_str())) return ReadMappedCoordinateSystem(map);
     std::ifstream in(path, std::ios::binary);
     if (!in) return {};
     constexpr size_t kChunk = size_t{1} << 20;

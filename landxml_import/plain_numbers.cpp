@@ -20,8 +20,9 @@ std::string_view Trim(std::string_view t) {
     return t.substr(b, e - b);
 }
 
-// One token [p, end) that must be a plain double as a whole.
-bool ParseDouble(const char* p, const char* end, double& out) {
+}  // namespace
+
+const char* ParseDouble(const char* p, const char* end, double& out) {
     const bool negative = p < end && *p == '-';
     if (negative) ++p;
     uint64_t mantissa = 0;
@@ -29,23 +30,28 @@ bool ParseDouble(const char* p, const char* end, double& out) {
     bool dot = false;
     for (; p < end; ++p) {
         const char c = *p;
-        if (c >= '0' && c <= '9') {
+        if (static_cast<unsigned>(c - '0') < 10) {
             ++digits;
-            if (dot) ++afterDot;
+            afterDot += dot;
             if (mantissa == 0 && c == '0') continue;  // leading zeros add nothing
-            if (++significant > 19) return false;
+            if (++significant > 19) return nullptr;
             mantissa = mantissa * 10 + static_cast<unsigned>(c - '0');
         } else if (c == '.' && !dot) {
             dot = true;
         } else {
-            return false;
+            break;
         }
     }
-    if (digits == 0 || afterDot > 22 || mantissa > (uint64_t{1} << 53)) return false;
+    if (digits == 0 || afterDot > 22 || mantissa > (uint64_t{1} << 53)) return nullptr;
     const double magnitude = static_cast<double>(mantissa) / kPow10[afterDot];
     out = negative ? -magnitude : magnitude;
-    return true;
+    return p;
 }
+
+namespace {
+
+// One token [p, end) that must be a plain double as a whole.
+bool WholeDouble(const char* p, const char* end, double& out) { return ParseDouble(p, end, out) == end; }
 
 // One token that must be a plain id.
 bool ParseId(const char* p, const char* end, int& out) {
@@ -80,7 +86,7 @@ bool ReadList(std::string_view text, int n, T* out, Parse&& parse) {
 
 }  // namespace
 
-bool ReadDoubles(std::string_view text, int n, double* out) { return ReadList(text, n, out, ParseDouble); }
+bool ReadDoubles(std::string_view text, int n, double* out) { return ReadList(text, n, out, WholeDouble); }
 
 bool ReadIds(std::string_view text, int n, int* out) { return ReadList(text, n, out, ParseId); }
 

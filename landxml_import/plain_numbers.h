@@ -31,4 +31,9 @@ bool ReadIds(std::string_view text, int n, int* out);
 // One plain id (an attribute value), or false.
 bool ReadId(std::string_view text, int& out);
 
+// The longest run of [p, end) that may be a plain double ('-', digits, one
+// '.') read as one: the end of the run, or null when the run is not a plain
+// double. For readers that find the tokens themselves.
+const char* ParseDouble(const char* p, const char* end, double& out);
+
 }  // namespace plain_numbers

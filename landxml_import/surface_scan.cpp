@@ -45,6 +45,22 @@ bool StartsWith(std::string_view s, size_t at, std::string_view prefix) {
     return s.size() - std::min(at, s.size()) >= prefix.size() && s.compare(at, prefix.size(), prefix) == 0;
 }
 
+// The first `needle` in s from `at`, or npos, found by its byte `rare`: a
+// byte that plain points never hold ('n' of "</Pnts"), so memchr runs
+// through a surface at memory speed, where a search by the first byte ('<')
+// would stop at every element. Correct whatever the text holds; only slower
+// where the byte is common.
+size_t FindByRareByte(std::string_view s, size_t at, std::string_view needle, size_t rare) {
+    for (size_t from = at + rare; from < s.size();) {
+        const void* p = std::memchr(s.data() + from, needle[rare], s.size() - from);
+        if (!p) break;
+        const size_t hit = static_cast<size_t>(static_cast<const char*>(p) - s.data());
+        if (s.compare(hit - rare, needle.size(), needle) == 0) return hit - rare;
+        from = hit + 1;
+    }
+    return std::string_view::npos;
+}
+
 // Position of the first '>' that closes a start tag from `at`, skipping
 // quoted attribute values; npos when there is none.
 size_t EndOfTag(std::string_view s, size_t at) {
@@ -155,6 +171,65 @@ void ReadNumbers(const TScannedElem& e, char tag, TScannedNumbers& nums) {
     nums.others.push_back(e);
 }
 
+// The shapes almost every surface element has, read in one pass over their
+// bytes: <P id="digits">n n n</P> and <F>i i i</F> (or four ids), numbers
+// and ids plain, blanks around and between, the end tag right after. On any
+// other byte they answer false and the element is read by ReadElem and
+// ReadNumbers, which give the same for these shapes (the fast readers take
+// a subset of what those take, and read it the same way).
+bool FastFace(std::string_view s, size_t& at, int stride, TScannedNumbers& nums) {
+    if (s.size() - at < 4 || s[at] != '<' || s[at + 1] != 'F' || s[at + 2] != '>') return false;
+    const char* p = s.data() + at + 3;
+    const char* const end = s.data() + s.size();
+    int ids[4];
+    int k = 0;
+    while (p < end && *p == ' ') ++p;
+    while (p < end && *p != '<') {
+        if (k == stride) return false;
+        int v = 0, digits = 0;
+        for (; p < end && static_cast<unsigned>(*p - '0') < 10; ++p, ++digits) {
+            if (digits == 9) return false;
+            v = v * 10 + (*p - '0');
+        }
+        if (digits == 0) return false;
+        ids[k++] = v;
+        while (p < end && *p == ' ') ++p;
+    }
+    if (k != stride || end - p < 4 || p[1] != '/' || p[2] != 'F' || p[3] != '>') return false;
+    std::memcpy(nums.ints.Append(static_cast<size_t>(stride)), ids, static_cast<size_t>(stride) * sizeof(int));
+    at = static_cast<size_t>(p + 4 - s.data());
+    return true;
+}
+
+bool FastPoint(std::string_view s, size_t& at, TScannedNumbers& nums) {
+    static constexpr std::string_view kHead = "<P id=\"";
+    if (s.compare(at, kHead.size(), kHead) != 0) return false;
+    const char* p = s.data() + at + kHead.size();
+    const char* const end = s.data() + s.size();
+    int id = 0, digits = 0;
+    for (; p < end && static_cast<unsigned>(*p - '0') < 10; ++p, ++digits) {
+        if (digits == 9) return false;
+        id = id * 10 + (*p - '0');
+    }
+    if (digits == 0 || end - p < 2 || p[0] != '"' || p[1] != '>') return false;
+    p += 2;
+    double v[3];
+    int k = 0;
+    while (p < end && *p == ' ') ++p;
+    while (p < end && *p != '<') {
+        if (k == 3) return false;
+        p = plain_numbers::ParseDouble(p, end, v[k++]);
+        if (!p || p == end || (*p != ' ' && *p != '<')) return false;
+        while (*p == ' ' && ++p < end) {
+        }
+    }
+    if (k != 3 || end - p < 4 || p[1] != '/' || p[2] != 'P' || p[3] != '>') return false;
+    nums.ints.PushBack(id);
+    std::memcpy(nums.reals.Append(3), v, sizeof v);
+    at = static_cast<size_t>(p + 4 - s.data());
+    return true;
+}
+
 }  // namespace
 
 // The Faces that follows a Pnts is checked and read on a second thread
@@ -171,7 +246,7 @@ public:
     void Start(std::string_view s, size_t pntsContent, int stride, const TRelease& release) {
         Wait();  // a Faces read ahead that the walk never reached
         at_ = std::string_view::npos;
-        const size_t end = s.find("</Pnts", pntsContent);
+        const size_t end = FindByRareByte(s, pntsContent, "</Pnts", 3);
         if (end == std::string_view::npos || end - pntsContent < gAheadMinBytes.load(std::memory_order_relaxed))
             return;
         size_t j = SkipSpace(s, end + 6);
@@ -289,9 +364,12 @@ bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, int stride,
         at = SkipSpace(s, at);
         if (at >= s.size()) return false;
         if (at + 1 < s.size() && s[at + 1] == '/' && StartsWith(s, at, endTag)) break;
-        if (!ReadElem(s, at, tag, e)) return false;
         ++list.count;
-        if (stride > 0) ReadNumbers(e, tag, list.numbers);
+        if (stride > 0 && (tag == 'P' ? FastPoint(s, at, list.numbers) : FastFace(s, at, stride, list.numbers))) {
+        } else {
+            if (!ReadElem(s, at, tag, e)) return false;
+            if (stride > 0) ReadNumbers(e, tag, list.numbers);
+        }
         // Texts kept for later (elements not plain) hold their pages.
         if (release && at - released >= kReleaseStep) {
             const size_t upTo = list.numbers.others.empty() ? at : std::min<size_t>(at, list.numbers.others.front().text.data() - s.data());
