@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "exchange/crs.h"
+#include "exchange/gis_module.h"
 #include "exchange/gis_rows.h"
 #include "gis/gis_export.h"
 #include "host/document.h"
@@ -24,22 +25,35 @@ gis::TGisRequest GisRequest(const TExportRequest& r, vesk::diag::CSink* sink) {
     return g;
 }
 
+TExchangeStatus ModuleMissing(const std::string& error) {
+    return TExchangeStatus::Fail(TExchangeStatus::UNSUPPORTED, error);
+}
+
+TExchangeStatus ExportVectors(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink,
+                              gis::EVectorFormat format) {
+    std::string error;
+    const gis::TGisCalls* calls = GisCalls(error);
+    return calls ? calls->exportVectors(doc, GisRequest(r, sink), format) : ModuleMissing(error);
+}
+
 }  // namespace
 
 TExchangeStatus ExportGeoPackageRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::GeoPackage);
+    return ExportVectors(doc, r, sink, gis::EVectorFormat::GeoPackage);
 }
 TExchangeStatus ExportGeoJSONRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::GeoJSON);
+    return ExportVectors(doc, r, sink, gis::EVectorFormat::GeoJSON);
 }
 TExchangeStatus ExportShapefileRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::Shapefile);
+    return ExportVectors(doc, r, sink, gis::EVectorFormat::Shapefile);
 }
 TExchangeStatus ExportFlatGeobufRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
-    return gis::ExportVectorsStatus(doc, GisRequest(r, sink), gis::EVectorFormat::FlatGeobuf);
+    return ExportVectors(doc, r, sink, gis::EVectorFormat::FlatGeobuf);
 }
 TExchangeStatus ExportGeoTIFFRow(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink) {
-    return gis::ExportElevationModelStatus(doc, GisRequest(r, sink));
+    std::string error;
+    const gis::TGisCalls* calls = GisCalls(error);
+    return calls ? calls->exportElevationModel(doc, GisRequest(r, sink)) : ModuleMissing(error);
 }
 
 TStatedCrs StatedCoordinateSystem(const std::string& path) {

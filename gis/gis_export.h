@@ -30,4 +30,19 @@ TExchangeStatus ExportVectorsStatus(IVantriDati& doc, const TGisRequest& request
 // The elevation model of the document's one surface as a GeoTIFF.
 TExchangeStatus ExportElevationModelStatus(IVantriDati& doc, const TGisRequest& request);
 
+// The two calls above as the GIS module hands them out. GDAL and its hundred
+// libraries take longer to load than most commands take to run, so the
+// program links none of them: the module (roadx_gis.so) is loaded the first
+// time a GIS output is written (exchange/gis_module.h).
+struct TGisCalls {
+    int abi;  // kGisAbi of the module's build
+    TExchangeStatus (*exportVectors)(IVantriDati& doc, const TGisRequest& request, EVectorFormat format);
+    TExchangeStatus (*exportElevationModel)(IVantriDati& doc, const TGisRequest& request);
+};
+// Changes whenever TGisCalls or TGisRequest change.
+inline constexpr int kGisAbi = 1;
+
 }  // namespace roadx::gis
+
+// The module's one exported symbol.
+extern "C" const roadx::gis::TGisCalls* roadx_gis_calls();
