@@ -4,9 +4,14 @@
 // UTF-16 (where a byte search cannot find the tag) are parsed whole.
 #include "landxml_import/coordinate_system.h"
 
+#include <sys/stat.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <map>
+#include <mutex>
 #include <sstream>
 
 #include "landxml_import/xml_reader.h"
@@ -44,10 +49,11 @@ bool IsUtf16(std::string_view b) {
     return b.size() >= 2 && ((b[0] == '\xFF' && b[1] == '\xFE') || (b[0] == '\xFE' && b[1] == '\xFF'));
 }
 
-// Where the element "<CoordinateSystem" starts (followed by a blank, '/' or
-// '>'), or npos. Surface files hold a '<' every few dozen bytes, but no 'y'
-// in their points and faces: memchr finds the tag's 'y' at memory speed.
-size_t FindTag(std::string_view b) {
+}  // namespace
+
+// Surface files hold a '<' every few dozen bytes, but no 'y' in their points
+// and faces: memchr finds the tag's 'y' at memory speed.
+size_t FindCoordinateSystemTag(std::string_view b) {
     static constexpr std::string_view kTag = "<CoordinateSystem";
     constexpr size_t kRare = 12;  // the 'y'
     for (size_t from = kRare; from < b.size();) {
@@ -62,6 +68,10 @@ size_t FindTag(std::string_view b) {
     }
     return std::string_view::npos;
 }
+
+namespace {
+
+size_t FindTag(std::string_view b) { return FindCoordinateSystemTag(b); }
 
 // FindTag over a mapped file, a window at a time, giving back each window's
 // memory once searched: the search never holds the file in memory beside an
@@ -109,14 +119,11 @@ TCoordinateSystem CoordinateSystemOfText(std::string_view b) {
     return ParseWhole(text);
 }
 
-// A regular file is mapped and searched a window at a time; the element,
-// with the XML declaration in front, is then parsed. Anything else (a pipe)
-// is read a megabyte at a time, keeping only the element.
-TCoordinateSystem ReadMappedCoordinateSystem(const vesk::CMappedFile& map) {
-    const std::string_view b(map.Data(), map.Size());
-    if (IsUtf16(b)) return ParseWhole(b);
-    const size_t at = FindTagMapped(map);
-    if (at == std::string_view::npos) return {};
+namespace {
+
+// The element whose tag starts at `at` of a file's bytes, parsed with the
+// file's XML declaration in front.
+TCoordinateSystem ElementAt(std::string_view b, size_t at) {
     std::string declaration;
     if (b.substr(0, 5) == "<?xml" || b.substr(3, 5) == "<?xml") {
         const size_t declEnd = b.substr(0, at).find("?>");
@@ -138,7 +145,64 @@ TCoordinateSystem ReadMappedCoordinateSystem(const vesk::CMappedFile& map) {
     return CoordinateSystemOfText(declaration + std::string(rest.substr(0, end)));
 }
 
+// A regular file is mapped and searched a window at a time; the element,
+// with the XML declaration in front, is then parsed. Anything else (a pipe)
+// is read a megabyte at a time, keeping only the element.
+TCoordinateSystem ReadMappedCoordinateSystem(const vesk::CMappedFile& map) {
+    const std::string_view b(map.Data(), map.Size());
+    if (IsUtf16(b)) return ParseWhole(b);
+    const size_t at = FindTagMapped(map);
+    if (at == std::string_view::npos) return {};
+    return ElementAt(b, at);
+}
+
+struct TFileIdentity {
+    dev_t dev = 0;
+    ino_t ino = 0;
+    off_t size = 0;
+    int64_t mtimeNs = 0;
+    bool operator==(const TFileIdentity&) const = default;
+};
+
+bool IdentityOf(const std::string& path, TFileIdentity& id) {
+    struct stat st {};
+    if (::stat(path.c_str(), &st) != 0) return false;
+    id = {st.st_dev, st.st_ino, st.st_size, int64_t{st.st_mtim.tv_sec} * 1000000000 + st.st_mtim.tv_nsec};
+    return true;
+}
+
+struct TRemembered {
+    TFileIdentity id;
+    TCoordinateSystem cs;
+};
+std::mutex gRememberedMutex;
+std::map<std::string, TRemembered> gRemembered;
+
+bool Recall(const std::string& path, TCoordinateSystem& cs) {
+    TFileIdentity id;
+    if (!IdentityOf(path, id)) return false;
+    std::lock_guard<std::mutex> lock(gRememberedMutex);
+    const auto it = gRemembered.find(path);
+    if (it == gRemembered.end() || !(it->second.id == id)) return false;
+    cs = it->second.cs;
+    return true;
+}
+
+}  // namespace
+
+void RememberCoordinateSystem(const std::string& path, const CXmlReader& reader) {
+    size_t at = 0;
+    if (!reader.RawCoordinateSystemTag(at)) return;
+    const std::string_view raw = reader.MappedBytes();
+    TRemembered r;
+    if (!IdentityOf(path, r.id) || static_cast<size_t>(r.id.size) != raw.size()) return;
+    if (at != std::string_view::npos) r.cs = ElementAt(raw, at);
+    std::lock_guard<std::mutex> lock(gRememberedMutex);
+    gRemembered[path] = std::move(r);
+}
+
 TCoordinateSystem ReadCoordinateSystem(const std::string& path) {
+    if (TCoordinateSystem cs; Recall(path, cs)) return cs;
     if (vesk::CMappedFile map; map.Open(path.c_str())) return ReadMappedCoordinateSystem(map);
     std::ifstream in(path, std::ios::binary);
     if (!in) return {};

@@ -5,6 +5,7 @@
 #include "host/document.h"
 #include "host/load_vantri_dati.h"
 #include "host/ui.h"
+#include "landxml_import/coordinate_system.h"
 #include "landxml_import/import_alignments.h"
 #include "landxml_import/import_diag.h"
 #include "landxml_import/import_checks.h"
@@ -67,6 +68,9 @@ TExchangeStatus ImportLandXMLWith(IVantriDati* doc, const char* path, bool dialo
     reader.EnableSurfaceScan(options.scanSurfaces);
     reader.ReleaseScannedAfterReading(true);
     if (!reader.LoadFromFile(path)) return LoadFailure(reader.GetStatus());
+    // The file's coordinate system is read beside the import (`info`, the
+    // GIS outputs); the loaded file answers it without a second search.
+    if (path) RememberCoordinateSystem(path, reader);
     const XmlSection root = reader.Root();
     CImportDiagScope diag(options.sink, path ? path : "", reader);
 

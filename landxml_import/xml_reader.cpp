@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 
+#include "landxml_import/coordinate_system.h"
 #include "landxml_import/text_lists.h"
 #include "landxml_import/xml_text_encoding.h"
 
@@ -114,6 +115,8 @@ void CXmlReader::Reset() {
     skeleton_.clear();
     skeleton_.shrink_to_fit();
     parsedSkeleton_ = false;
+    crsTagKnown_ = false;
+    crsTag_ = 0;
 }
 
 bool CXmlReader::LoadFromFile(const char* path) {
@@ -210,6 +213,17 @@ ptrdiff_t CXmlReader::OffsetOf(pugi::xml_node node) const {
     return static_cast<ptrdiff_t>(scan_.TextOffset(static_cast<size_t>(at)));
 }
 
+void CXmlReader::NoteCoordinateSystemTag() {
+    // No scanned range can hold the tag (its bytes are plain P and F
+    // elements), nor can one join two pieces of the skeleton into it.
+    if (!map_.IsOpen()) return;
+    const size_t at = roadx::landxml::FindCoordinateSystemTag(skeleton_);
+    crsTagKnown_ = true;
+    crsTag_ = at == std::string_view::npos
+                  ? at
+                  : scan_.TextOffset(at) + static_cast<size_t>(text_.data() - map_.Data());
+}
+
 bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {
     const pugi::xml_encoding encoding = PrepareText();
     scan_.Clear();
@@ -225,6 +239,7 @@ bool CXmlReader::Parse(const std::function<std::string()>& rereadSource) {
         if (scan_.Ranges() > 0) {
             scan_.MakeSkeleton(skeleton_);
             parsedSkeleton_ = true;
+            NoteCoordinateSystemTag();
         }
     }
     // The text is parsed in place: it must outlive the document, and it is

@@ -161,6 +161,18 @@ public:
     ptrdiff_t OffsetOf(const char* text) const;
     // The offset in Buffer() of an element's name, or -1.
     ptrdiff_t OffsetOf(pugi::xml_node node) const;
+
+    // The file's bytes as mapped ("" when it was read or converted instead).
+    std::string_view MappedBytes() const {
+        return map_.IsOpen() ? std::string_view(map_.Data(), map_.Size()) : std::string_view();
+    }
+    // Where the first "<CoordinateSystem" tag starts in MappedBytes() (npos
+    // when there is none), when the load could tell without a search of the
+    // whole file: it looks in the parser's skeleton before the parse.
+    bool RawCoordinateSystemTag(size_t& at) const {
+        at = crsTag_;
+        return crsTagKnown_;
+    }
     std::string OriginalText() const;
     // The first `n` bytes of the file as read (UTF-8 as parsed for UTF-8
     // files); "" when the text was not loaded from a file.
@@ -175,6 +187,7 @@ private:
     // The bytes to parse in place: the skeleton, or the text itself.
     char* ParseTarget(size_t& size);
     void Reset();
+    void NoteCoordinateSystemTag();
 
     vesk::CMappedFile map_;  // a regular file's bytes
     std::string owned_;      // any other file's bytes, a converted text, or a text from memory
@@ -183,6 +196,8 @@ private:
     std::string skeleton_;   // what the parser reads when the scan took ranges out
     bool parsedSkeleton_ = false;
     bool releaseScanned_ = false;
+    bool crsTagKnown_ = false;
+    size_t crsTag_ = 0;
     pugi::xml_document doc_;
     TXmlLoadStatus status_;
     bool scanSurfaces_ = false;
