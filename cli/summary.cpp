@@ -43,14 +43,16 @@ json RoadSummary(CRoad& r) {
             {"extent", RoadExtent(r).Json()}};
 }
 
-json SurfaceSummary(const CDtmPrj& p) {
+// `extent` is the surface's own (SurfaceExtent), worked out once: a
+// surface may have millions of vertices.
+json SurfaceSummary(const CDtmPrj& p, const CExtent& extent) {
     return {{"name", p.GetName()},
             {"vertices", p.GetTris()->GetNoTriVrts()},
             {"triangles", p.GetTris()->GetNoTris()},
             {"outerBoundaries", p.GetCntsExt()->GetNoCnts()},
             {"islands", p.GetCntsInt()->GetNoCnts()},
             {"breaklines", p.GetVncs()->GetNoVncs()},
-            {"extent", SurfaceExtent(p).Json()}};
+            {"extent", extent.Json()}};
 }
 
 }  // namespace
@@ -67,8 +69,9 @@ nlohmann::json DocumentSummary(CVantriDoc& doc) {
     s["surfaces"] = json::array();
     CLibDtm* dtm = doc.GetLibDtm();
     for (unsigned i = 0; i < dtm->GetNoPrj(); ++i) {
-        s["surfaces"].push_back(SurfaceSummary(*dtm->GetPrj(i)));
-        all.Add(SurfaceExtent(*dtm->GetPrj(i)));
+        const CExtent extent = SurfaceExtent(*dtm->GetPrj(i));
+        s["surfaces"].push_back(SurfaceSummary(*dtm->GetPrj(i), extent));
+        all.Add(extent);
     }
     s["pointGroups"] = json::array();
     CLibPnt* pnt = doc.GetLibPnt();

@@ -1,5 +1,6 @@
 #include "host/load_vantri_dati.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "host/trace.h"
@@ -202,7 +203,9 @@ void CLoadVantriDati::AddTriVert(int index, double x, double y, double z) {
     // A repeated id points at its latest vertex.
     const int64_t limit = static_cast<int64_t>(dtm_->GetTris()->GetNoTriVrts()) * 2 + kDenseSlack;
     if (index >= 0 && index < limit) {
-        if (static_cast<size_t>(index) >= denseIds_.size()) denseIds_.resize(static_cast<size_t>(index) + 1, -1);
+        // Grown by doubling: ids usually come in order, one more each time.
+        if (static_cast<size_t>(index) >= denseIds_.size())
+            denseIds_.resize(std::max(static_cast<size_t>(index) + 1, denseIds_.size() * 2), -1);
         int32_t& slot = denseIds_[static_cast<size_t>(index)];
         repeatedVertIds_ += slot >= 0 ? 1 : 0;
         slot = at;
