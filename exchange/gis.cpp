@@ -26,7 +26,7 @@ gis::TGisRequest GisRequest(const TExportRequest& r, vesk::diag::CSink* sink) {
 }
 
 TExchangeStatus ModuleMissing(const std::string& error) {
-    return TExchangeStatus::Fail(TExchangeStatus::UNSUPPORTED, error);
+    return TExchangeStatus::Fail(TExchangeStatus::WRITE_FAILED, error);
 }
 
 TExchangeStatus ExportVectors(CVantriDoc& doc, const TExportRequest& r, vesk::diag::CSink* sink,

@@ -3,6 +3,7 @@
 #include <dlfcn.h>
 #include <unistd.h>
 
+#include <cstdlib>
 #include <vector>
 
 // Where the build wrote the module (a generated source, so that no compile
@@ -39,6 +40,11 @@ TLoaded LoadFrom(const std::string& path) {
 }
 
 TLoaded Load() {
+    // A module put elsewhere is named by the environment; then only there.
+    if (const char* named = std::getenv("ROADX_GIS_MODULE"); named && *named) {
+        if (::access(named, R_OK) == 0) return LoadFrom(named);
+        return {nullptr, "the GIS module " + std::string(named) + " (ROADX_GIS_MODULE) cannot be read"};
+    }
     const std::string folder = ProgramFolder();
     const std::vector<std::string> places = {folder + "/roadx_gis.so", kRoadxGisModuleBuilt};
     for (const std::string& p : places)

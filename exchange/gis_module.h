@@ -9,8 +9,9 @@
 namespace roadx::exchange {
 
 // The module's calls, or null with `error` saying why it could not be
-// loaded. The module is looked for beside the running program, then where
-// the build put it; it is loaded once and stays.
+// loaded. The module is the file the environment variable ROADX_GIS_MODULE
+// names, else roadx_gis.so beside the running program, else the one the
+// build made; it is loaded once and stays.
 const gis::TGisCalls* GisCalls(std::string& error);
 
 }  // namespace roadx::exchange
