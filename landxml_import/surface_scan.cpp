@@ -359,20 +359,23 @@ bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, int stride,
     list.tag = tag;
     list.numbers.stride = stride;
     size_t released = at;
+    // Elements kept for later (not plain) are read again: their pages stay.
+    size_t keepFrom = std::string_view::npos;
     TScannedElem e;
     for (;;) {
         at = SkipSpace(s, at);
         if (at >= s.size()) return false;
         if (at + 1 < s.size() && s[at + 1] == '/' && StartsWith(s, at, endTag)) break;
         ++list.count;
+        const size_t elemAt = at;
         if (stride > 0 && (tag == 'P' ? FastPoint(s, at, list.numbers) : FastFace(s, at, stride, list.numbers))) {
         } else {
             if (!ReadElem(s, at, tag, e)) return false;
             if (stride > 0) ReadNumbers(e, tag, list.numbers);
+            if (keepFrom == std::string_view::npos && !list.numbers.others.empty()) keepFrom = elemAt;
         }
-        // Texts kept for later (elements not plain) hold their pages.
         if (release && at - released >= kReleaseStep) {
-            const size_t upTo = list.numbers.others.empty() ? at : std::min<size_t>(at, list.numbers.others.front().text.data() - s.data());
+            const size_t upTo = std::min(at, keepFrom);
             if (upTo > released) release(released, upTo);
             released = std::max(released, upTo);
         }

@@ -294,6 +294,33 @@ TEST(SurfaceScan, ElementsNextToTheFastShapesReadTheSame) {
     EXPECT_GT(wellFormed, 50u);
 }
 
+// The scan gives back the memory of a mapped file's ranges as it reads
+// them, 8 MiB at a time, but keeps the pages from the first element it
+// leaves to the ordinary reader. A surface of more than 8 MiB with such
+// elements throughout, and one ending on a short point far in, read as
+// through the DOM.
+TEST(SurfaceScan, LargeRangesGivenBackAsReadReadTheSame) {
+    for (const bool shortPoint : {false, true}) {
+        std::string pnts;
+        const int points = 260000;
+        for (int i = 1; i <= points; ++i) {
+            std::string text = std::to_string(i) + ".125 " + std::to_string(i % 977) + ".5 " + std::to_string(i % 31);
+            if (i % 20000 == 0) text = "\t" + text;                   // not plain: read later
+            if (shortPoint && i == 190000) text = "1 2";              // ends the import
+            pnts += "<P id=\"" + std::to_string(i) + "\">" + text + "</P>\n";
+        }
+        std::string faces;
+        for (int i = 1; i + 2 <= 3000; ++i)
+            faces += "<F>" + std::to_string(i) + " " + std::to_string(i + 1) + " " + std::to_string(i + 2) + "</F>\n";
+        const std::string xml = Doc(Surface("Big", "TIN", pnts, faces));
+        ASSERT_GT(xml.size(), size_t{9} << 20);
+        CTempFile file(xml, shortPoint ? "large_short.xml" : "large.xml");
+        const size_t lines = ExpectSameBothWays(file.path(), shortPoint ? "large, short point" : "large", true);
+        EXPECT_GT(lines, shortPoint ? 189000u : 260000u);
+        EXPECT_EQ(ScannedRanges(xml), 2u);
+    }
+}
+
 // Surfaces large enough that their faces are read on a second thread while
 // the points are read: plain faces mixed with every other form (tabs,
 // signs, ten digits, too few or too many ids, non-numbers), TIN and
