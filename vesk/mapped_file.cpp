@@ -11,9 +11,13 @@ namespace vesk {
 
 bool CMappedFile::Open(const char* path) {
     Close();
-    const int fd = ::open(path, O_RDONLY | O_CLOEXEC);
-    if (fd < 0) return false;
+    // A pipe is never opened here (opening waits for a writer, and the
+    // reader that takes over would then miss what it wrote); O_NONBLOCK
+    // covers a path that changes between the two looks.
     struct stat st {};
+    if (::stat(path, &st) != 0 || !S_ISREG(st.st_mode)) return false;
+    const int fd = ::open(path, O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (fd < 0) return false;
     if (::fstat(fd, &st) != 0 || !S_ISREG(st.st_mode) || st.st_size <= 0) {
         ::close(fd);
         return false;
