@@ -1,5 +1,6 @@
 #include "landxml_import/plain_numbers.h"
 
+#include <cstddef>
 #include <cstdint>
 
 #include "landxml_import/text_lists.h"
@@ -22,9 +23,10 @@ std::string_view Trim(std::string_view t) {
 
 }  // namespace
 
-const char* ParseDouble(const char* p, const char* end, double& out) {
-    const bool negative = p < end && *p == '-';
-    if (negative) ++p;
+namespace {
+
+// ParseDouble for any length: leading zeros are not counted as significant.
+const char* ParseDoubleSlow(const char* p, const char* end, bool negative, double& out) {
     uint64_t mantissa = 0;
     int significant = 0, afterDot = 0, digits = 0;
     bool dot = false;
@@ -42,6 +44,33 @@ const char* ParseDouble(const char* p, const char* end, double& out) {
             break;
         }
     }
+    if (digits == 0 || afterDot > 22 || mantissa > (uint64_t{1} << 53)) return nullptr;
+    const double magnitude = static_cast<double>(mantissa) / kPow10[afterDot];
+    out = negative ? -magnitude : magnitude;
+    return p;
+}
+
+}  // namespace
+
+const char* ParseDouble(const char* p, const char* end, double& out) {
+    const bool negative = p < end && *p == '-';
+    if (negative) ++p;
+    // The common case in two tight loops: digits, '.', digits, 19 at most
+    // in all (no overflow of the mantissa); anything longer is read by the
+    // general loop, which does not count leading zeros.
+    const char* const start = p;
+    uint64_t mantissa = 0;
+    for (; p < end && static_cast<unsigned>(*p - '0') < 10; ++p) mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+    const char* const whole = p;
+    int afterDot = 0;
+    if (p < end && *p == '.') {
+        const char* const frac = ++p;
+        for (; p < end && static_cast<unsigned>(*p - '0') < 10; ++p)
+            mantissa = mantissa * 10 + static_cast<unsigned>(*p - '0');
+        afterDot = static_cast<int>(p - frac);
+    }
+    const ptrdiff_t digits = (whole - start) + afterDot;
+    if (digits > 19) return ParseDoubleSlow(start, end, negative, out);
     if (digits == 0 || afterDot > 22 || mantissa > (uint64_t{1} << 53)) return nullptr;
     const double magnitude = static_cast<double>(mantissa) / kPow10[afterDot];
     out = negative ? -magnitude : magnitude;
