@@ -354,8 +354,10 @@ bool CSurfaceScan::ReadList(std::string_view s, size_t at, char tag, int stride,
                             TScannedList& list) {
     constexpr size_t kReleaseStep = size_t{8} << 20;
     const std::string_view endTag = tag == 'P' ? "</Pnts" : "</Faces";
+    // A list may be filled again (the one read ahead): nothing of an
+    // earlier reading stays.
+    list = TScannedList{};
     list.begin = at;
-    list.count = 0;
     list.tag = tag;
     list.numbers.stride = stride;
     size_t released = at;

@@ -321,6 +321,22 @@ TEST(SurfaceScan, LargeRangesGivenBackAsReadReadTheSame) {
     }
 }
 
+// A Faces read ahead that the walk never takes (the "</Pnts" found ahead is
+// inside a comment) must leave nothing behind for the next surface's Faces
+// read ahead (found by the fuzzer: the second list began with the first
+// one's numbers).
+TEST(SurfaceScan, FacesReadAheadButNotTakenLeaveNothingBehind) {
+    const std::string first = "<Surface name=\"A\"><Definition surfType=\"TIN\"><Pnts><P id=\"1\">1 2 3</P>"
+                              "<P id=\"2\">4 5 6</P><P id=\"3\">7 8 9</P><!-- </Pnts> <Faces><F>9 9 9</F></Faces> -->"
+                              "</Pnts><Faces><F>1 2 3</F></Faces></Definition></Surface>";
+    const std::string second = "<Surface name=\"B\"><Definition surfType=\"grid\"><Pnts><P id=\"1\">0 0 1</P>"
+                               "<P id=\"2\">0 1 1</P><P id=\"3\">1 1 1</P><P id=\"4\">1 0 1</P></Pnts>"
+                               "<Faces><F>1 2 3 4</F><F>4 3 2 1</F></Faces></Definition></Surface>";
+    const std::string xml = Doc("<Surfaces>" + first + second + "</Surfaces>");
+    CFacesOnSecondThread second_thread;
+    EXPECT_EQ(Check(xml, "ahead_not_taken"), 3u);
+}
+
 // Surfaces large enough that their faces are read on a second thread while
 // the points are read: plain faces mixed with every other form (tabs,
 // signs, ten digits, too few or too many ids, non-numbers), TIN and
