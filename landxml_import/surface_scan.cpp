@@ -5,6 +5,7 @@
 #include <cstring>
 
 #include <atomic>
+#include <new>
 #include <system_error>
 #include <thread>
 
@@ -258,7 +259,15 @@ public:
         at_ = gt + 1;
         stride_ = stride;
         try {
-            thread_ = std::thread([this, s, &release] { ok_ = ReadList(s, at_, 'F', stride_, release, list_); });
+            thread_ = std::thread([this, s, &release] {
+                // Out of memory on this thread: the walk reads the range itself.
+                try {
+                    ok_ = ReadList(s, at_, 'F', stride_, release, list_);
+                } catch (const std::bad_alloc&) {
+                    ok_ = false;
+                    list_ = TScannedList{};
+                }
+            });
         } catch (const std::system_error&) {
             at_ = std::string_view::npos;  // no thread to be had: the walk reads it itself
         }
