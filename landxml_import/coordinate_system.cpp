@@ -14,6 +14,7 @@
 #include <mutex>
 #include <sstream>
 
+#include "landxml_import/byte_search.h"
 #include "landxml_import/xml_reader.h"
 #include "vesk/mapped_file.h"
 
@@ -51,29 +52,21 @@ bool IsUtf16(std::string_view b) {
 
 }  // namespace
 
-// Surface files hold a '<' every few dozen bytes, but no 'y' in their points
-// and faces: memchr finds the tag's 'y' at memory speed.
+// By the tag's 'y', which the points and faces of a surface never hold
+// (byte_search.h).
 size_t FindCoordinateSystemTag(std::string_view b) {
     static constexpr std::string_view kTag = "<CoordinateSystem";
-    constexpr size_t kRare = 12;  // the 'y'
-    for (size_t from = kRare; from < b.size();) {
-        const void* p = std::memchr(b.data() + from, kTag[kRare], b.size() - from);
-        if (!p) break;
-        const size_t at = static_cast<size_t>(static_cast<const char*>(p) - b.data()) - kRare;
+    for (size_t at = FindByRareByte(b, 0, kTag, 12); at != std::string_view::npos;
+         at = FindByRareByte(b, at + 1, kTag, 12)) {
         const size_t next = at + kTag.size();
-        if (b.compare(at, kTag.size(), kTag) == 0 && next < b.size() && std::strchr(" \t\r\n/>", b[next]) &&
-            b[next] != '\0')
-            return at;
-        from = at + kRare + 1;
+        if (next < b.size() && std::strchr(" \t\r\n/>", b[next]) && b[next] != '\0') return at;
     }
     return std::string_view::npos;
 }
 
 namespace {
 
-size_t FindTag(std::string_view b) { return FindCoordinateSystemTag(b); }
-
-// FindTag over a mapped file, a window at a time, giving back each window's
+// FindCoordinateSystemTag over a mapped file, a window at a time, giving back each window's
 // memory once searched: the search never holds the file in memory beside an
 // import's document.
 size_t FindTagMapped(const vesk::CMappedFile& map) {
@@ -82,7 +75,7 @@ size_t FindTagMapped(const vesk::CMappedFile& map) {
     const std::string_view b(map.Data(), map.Size());
     for (size_t from = 0; from < b.size(); from += kWindow) {
         const std::string_view window = b.substr(from, kWindow + kOverlap);
-        if (const size_t at = FindTag(window); at != std::string_view::npos) return from + at;
+        if (const size_t at = FindCoordinateSystemTag(window); at != std::string_view::npos) return from + at;
         map.Release(from, std::min(b.size(), from + kWindow));
     }
     return std::string_view::npos;
@@ -97,7 +90,7 @@ std::string TCoordinateSystem::Definition() const {
 
 TCoordinateSystem CoordinateSystemOfText(std::string_view b) {
     if (IsUtf16(b)) return ParseWhole(b);
-    const size_t at = FindTag(b);
+    const size_t at = FindCoordinateSystemTag(b);
     if (at == std::string_view::npos) return {};
     // The element ends at "/>" of its start tag or at its end tag.
     const size_t endTag = b.find("</CoordinateSystem>", at);
@@ -228,7 +221,7 @@ TCoordinateSystem ReadCoordinateSystem(const std::string& path) {
             }
         }
         if (at == std::string_view::npos) {
-            at = FindTag(window);
+            at = FindCoordinateSystemTag(window);
             if (at == std::string_view::npos) {
                 if (window.size() > kOverlap) window.erase(0, window.size() - kOverlap);
                 continue;

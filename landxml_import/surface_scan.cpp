@@ -9,6 +9,7 @@
 #include <system_error>
 #include <thread>
 
+#include "landxml_import/byte_search.h"
 #include "landxml_import/plain_numbers.h"
 
 namespace {
@@ -44,22 +45,6 @@ inline bool IsTextStop(char c) { return kTextStops.stop[static_cast<unsigned cha
 
 bool StartsWith(std::string_view s, size_t at, std::string_view prefix) {
     return s.size() - std::min(at, s.size()) >= prefix.size() && s.compare(at, prefix.size(), prefix) == 0;
-}
-
-// The first `needle` in s from `at`, or npos, found by its byte `rare`: a
-// byte that plain points never hold ('n' of "</Pnts"), so memchr runs
-// through a surface at memory speed, where a search by the first byte ('<')
-// would stop at every element. Correct whatever the text holds; only slower
-// where the byte is common.
-size_t FindByRareByte(std::string_view s, size_t at, std::string_view needle, size_t rare) {
-    for (size_t from = at + rare; from < s.size();) {
-        const void* p = std::memchr(s.data() + from, needle[rare], s.size() - from);
-        if (!p) break;
-        const size_t hit = static_cast<size_t>(static_cast<const char*>(p) - s.data());
-        if (s.compare(hit - rare, needle.size(), needle) == 0) return hit - rare;
-        from = hit + 1;
-    }
-    return std::string_view::npos;
 }
 
 // Position of the first '>' that closes a start tag from `at`, skipping
